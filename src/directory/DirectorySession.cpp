@@ -1,0 +1,7 @@
+#include "directory/DirectorySession.h"
+
+namespace orin {
+
+DirectorySession gSession;
+
+}  // namespace orin

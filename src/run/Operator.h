@@ -1,0 +1,46 @@
+#pragma once
+// The operator, as a run sees it: message boxes, the progress window (frmProgress) and the
+// yield at which Cancel arrives. The Qt shell, the command line and the tests each implement it.
+
+#include <cstdint>
+#include <filesystem>
+#include <string>
+#include <string_view>
+
+namespace orin {
+
+enum class MsgIcon { None, Critical, Question, Exclamation, Information };
+enum class MsgButtons { Ok, YesNo };
+enum class MsgAnswer { Ok, Yes, No };
+
+class Operator {
+public:
+    virtual ~Operator() = default;
+
+    // A modal message box. The text may hold "\r" (a carriage return) between its sentences.
+    virtual MsgAnswer MessageBox(std::string_view title, std::string_view text, MsgIcon icon,
+                                 MsgButtons buttons) = 0;
+
+    // frmProgress: window caption; Label1 (status text, red after a cancel); Label3 and Label9
+    // (captions of the two counters); Label5 (total, also the bar's maximum); Label6, Label7,
+    // Label8 (counter values); ProgressBar1's value; Command1's caption ("ｷｬﾝｾﾙ" or "OK").
+    virtual void SetProgressTitle(std::string_view caption) = 0;
+    virtual void SetStatus(std::string_view text, bool red) = 0;
+    virtual void SetCounterCaptions(std::string_view first, std::string_view second) = 0;
+    virtual void SetTotal(int32_t total) = 0;
+    virtual void SetCounters(int32_t label6, int32_t label7, int32_t label8) = 0;
+    virtual void SetProgressValue(int32_t value) = 0;
+    virtual void SetCommandCaption(std::string_view caption) = 0;
+
+    // Lets the window system deliver pending events; a Cancel press sets gRun.intCancel to 1.
+    virtual void Yield() = 0;
+
+    // Shows the event log to the operator, without waiting (Notepad on Windows).
+    virtual void OpenEventLog(const std::filesystem::path& path) = 0;
+};
+
+// The operator of this process. The shell, the command line or a test installs it before a run.
+Operator& TheOperator();
+void SetOperator(Operator* op);
+
+}  // namespace orin

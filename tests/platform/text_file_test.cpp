@@ -1,0 +1,89 @@
+#include <gtest/gtest.h>
+
+#include <filesystem>
+#include <fstream>
+
+#include "platform/Cp932.h"
+#include "platform/TextFile.h"
+
+namespace fs = std::filesystem;
+using namespace orin::platform;
+
+namespace {
+
+fs::path TempFile(const std::string& name) {
+    fs::path dir = fs::temp_directory_path() / "orin_text_file_test";
+    fs::create_directories(dir);
+    return dir / name;
+}
+
+void WriteBytes(const fs::path& p, const std::string& bytes) {
+    std::ofstream(p, std::ios::binary) << bytes;
+}
+
+std::string ReadBytes(const fs::path& p) {
+    std::ifstream in(p, std::ios::binary);
+    return std::string(std::istreambuf_iterator<char>(in), {});
+}
+
+}  // namespace
+
+TEST(Cp932, RoundTripsKanjiKanaAndHalfWidthKatakana) {
+    const std::string text = "組織単位の本番追加 ｸﾞﾙｰﾌﾟ　全角スペース～①";
+    std::string bytes = Utf8ToCp932(text);
+    EXPECT_NE(bytes, text);
+    EXPECT_EQ(Cp932ToUtf8(bytes), text);
+    // Half-width katakana are single bytes in CP932.
+    EXPECT_EQ(Utf8ToCp932("ｸ"), std::string("\xB8"));
+    // Backslash stays a backslash (not a yen sign) both ways.
+    EXPECT_EQ(Utf8ToCp932("\\\\srv\\share"), "\\\\srv\\share");
+    EXPECT_EQ(Cp932ToUtf8("\\\\srv\\share"), "\\\\srv\\share");
+}
+
+TEST(Cp932, BadBytesBecomeReplacementCharactersAndDecodingGoesOn) {
+    // 0x81 0x20 is a lead byte without a valid trail; 0xFF is never valid; a lone lead byte at
+    // the end is truncated.
+    std::string decoded = Cp932ToUtf8(std::string("a\x81 b\xFF" "c\x82", 7));
+    EXPECT_EQ(decoded, "a\xEF\xBF\xBD b\xEF\xBF\xBD" "c\xEF\xBF\xBD");
+}
+
+TEST(Cp932, CharactersOutsideCp932AndBadUtf8BecomeQuestionMarks) {
+    EXPECT_EQ(Utf8ToCp932("a😀b"), "a?b");
+    EXPECT_EQ(Utf8ToCp932(std::string("x\xE3\x81y", 4)), "x?y");
+    EXPECT_EQ(Utf8ToCp932(std::string("\xC0\xAF", 2)), "??");
+}
+
+TEST(LineReader, AcceptsCrLfLfAndLoneCrAndKeepsEmptyLines) {
+    fs::path p = TempFile("endings.csv");
+    WriteBytes(p, "one\r\ntwo\nthree\rfour\r\n\r\nlast");
+    LineReader reader(p);
+    std::vector<std::string> lines;
+    std::string line;
+    while (reader.ReadLine(line)) lines.push_back(line);
+    EXPECT_EQ(lines, (std::vector<std::string>{"one", "two", "three", "four", "", "last"}));
+}
+
+TEST(LineReader, FileEndingWithLineEndHasNoExtraLineAndEmptyFileHasNone) {
+    fs::path p = TempFile("trailing.csv");
+    WriteBytes(p, "a\r\n");
+    std::vector<std::string> lines;
+    ASSERT_TRUE(ReadAllLines(p, lines));
+    EXPECT_EQ(lines, std::vector<std::string>{"a"});
+    WriteBytes(p, "");
+    ASSERT_TRUE(ReadAllLines(p, lines));
+    EXPECT_TRUE(lines.empty());
+}
+
+TEST(LineReader, MissingFileAndFolderDoNotOpen) {
+    EXPECT_FALSE(CanOpenForReading(TempFile("does-not-exist.csv")));
+    EXPECT_FALSE(CanOpenForReading(fs::temp_directory_path()));
+}
+
+TEST(TextFile, WritesCp932WithCrLfAndAppends) {
+    fs::path p = TempFile("out.log");
+    std::vector<std::string> first{"処理内容： ｸﾞﾙｰﾌﾟ", ""};
+    ASSERT_TRUE(WriteLines(p, first));
+    ASSERT_TRUE(AppendLine(p, "end"));
+    EXPECT_EQ(ReadBytes(p), Utf8ToCp932("処理内容： ｸﾞﾙｰﾌﾟ") + "\r\n\r\nend\r\n");
+    EXPECT_FALSE(AppendLine(fs::path("/nonexistent-folder/x.log"), "x"));
+}
