@@ -1,0 +1,51 @@
+#pragma once
+// The CSV format of a batch: one header line ("!" first), comment lines ("#" first), blank
+// lines, and data lines split on every comma with no quoting. Lines are numbered from 1 over
+// every physical line; data rows that aren't blank rows are numbered from 1 (the ordinal).
+// Each reader opens the file by itself and closes it again.
+
+#include <cstdint>
+#include <filesystem>
+#include <string>
+#include <string_view>
+#include <vector>
+
+namespace orin {
+
+enum class LineKind { Header, Comment, Blank, Data };
+
+// Decided on the first character of the raw, untrimmed line: "!" header, "#" comment, then a
+// line that trims to empty is blank, anything else data.
+LineKind ClassifyLine(std::string_view rawLine);
+// True for header, comment and blank lines: the one condition the row loops skip on.
+inline bool IsIgnoredLine(std::string_view rawLine) {
+    return ClassifyLine(rawLine) != LineKind::Data;
+}
+
+// Splits on every comma; cells are not trimmed. "a,,b" gives three cells.
+std::vector<std::string> SplitCells(std::string_view line);
+
+// True when every cell trims to empty (a row of commas).
+bool IsRowEmpty(const std::vector<std::string>& cells);
+
+// The trimmed cell at `index`; "" when the index is -1 or the row is too short.
+std::string CellAt(const std::vector<std::string>& cells, int16_t index);
+
+bool CheckFileOpens(const std::filesystem::path& path);
+bool FileExists(const std::filesystem::path& path);
+bool HasHeaderLine(const std::filesystem::path& path);
+// Reads the first line only; fills `index` (same size as `names`) with the position of each
+// name, -1 where absent. False when the file can't be opened (then `index` is left as it was).
+bool ReadHeader(const std::filesystem::path& path, const std::vector<std::string>& names,
+                std::vector<int16_t>& index);
+int32_t CountObjects(const std::filesystem::path& path);
+// Fills `flags` ("Y", "N", "?" per ordinal, index 0 unused) and sets gRun.lngDataRowCnt.
+// False when a header line has no Mirror column (then `flags` is emptied).
+bool ReadMirrorFlags(const std::filesystem::path& path, std::vector<std::string>& flags);
+
+// On gRun.MirrorFlags and gRun.lngDataRowCnt.
+bool IsObjectEnd(int32_t ordinal);
+bool IsLastMirrorRow(int32_t ordinal);
+bool ChainEnds(int32_t ordinal);
+
+}  // namespace orin

@@ -1,0 +1,90 @@
+#pragma once
+// A directory object as the engines see it: a property cache over one LDAP entry.
+//
+// - Put, PutEx and PutBinary only stage; SetInfo writes what is staged (an add for an object
+//   made by Create and not yet written, a modify otherwise) and clears the stage.
+// - Get of an attribute without a value fails (kDirNoValue); Get of an attribute that holds
+//   several values fails with kDirTypeMismatch, which is how a one-valued `memberof` (a string)
+//   is told from a many-valued one (a list). GetEx gives the list in both cases.
+// - Group Add and Remove, and SetPassword, take effect at once; no SetInfo.
+// - There is no object cache across binds: a path that does not bind is the test of absence.
+//
+// DirObject is a handle: copies refer to the same object and share its property cache.
+// Calls never throw; they report through DirStatus / DirResult.
+
+#include <cstdint>
+#include <memory>
+#include <string>
+#include <string_view>
+#include <vector>
+
+#include "directory/DirStatus.h"
+
+namespace orin {
+
+enum class PutExControl { Clear = 1, Replace = 2, Append = 3, Delete = 4 };
+
+using Bytes = std::vector<uint8_t>;
+
+struct DirObjectState;  // the connection, the DN, the cache and the stage
+
+class DirObject {
+public:
+    DirObject() = default;
+    explicit DirObject(std::shared_ptr<DirObjectState> state) : state_(std::move(state)) {}
+
+    bool IsBound() const { return state_ != nullptr; }
+
+    // Identity. ADsPath and Parent carry the server part when the object was bound remotely
+    // ("LDAP://dc1/OU=a,DC=x,DC=y"); DN never does.
+    std::string ADsPath() const;
+    std::string DN() const;
+    std::string Name() const;    // the relative name with its prefix, "OU=x"
+    std::string Parent() const;  // whole path of the container
+    std::string Class() const;   // the most specific objectClass: "organizationalUnit", "user"...
+
+    // Property cache. The first read loads the entry; GetInfo reloads it.
+    DirResult<std::string> Get(std::string_view attr);
+    DirResult<std::vector<std::string>> GetEx(std::string_view attr);
+    DirResult<int64_t> GetNumber(std::string_view attr);  // integer syntax: groupType, pwdLastSet
+    DirResult<Bytes> GetBinary(std::string_view attr);    // objectSid, objectGUID, nTSecurityDescriptor
+    void Put(std::string_view attr, std::string_view value);
+    void PutBinary(std::string_view attr, Bytes value);
+    // Clear takes no values; Replace, Append and Delete take the values given.
+    void PutEx(PutExControl control, std::string_view attr, std::vector<std::string> values = {});
+    DirStatus SetInfo();
+    DirStatus GetInfo();
+
+    // Container. Relative names may span levels: Create("organizationalUnit", "OU=c,OU=b") on
+    // the root makes "OU=c,OU=b,<root DN>". Create gives an unsaved object: it exists after
+    // SetInfo. MoveHere takes the whole source path without a server part and moves the
+    // object under this container, renamed when a new relative name ("OU=x") is given.
+    DirResult<DirObject> Create(std::string_view cls, std::string_view relativeName);
+    DirStatus Delete(std::string_view cls, std::string_view relativeName);
+    DirResult<DirObject> MoveHere(std::string_view sourcePath, std::string_view newRelativeName = {});
+    // The children, one level down, in the order the server gives them; limited to the given
+    // classes when the filter isn't empty. Paged, so any number of children is read.
+    DirResult<std::vector<DirObject>> Children(const std::vector<std::string>& classFilter = {});
+
+    // Group. Members are read in ranges, so groups of any size are complete.
+    DirResult<std::vector<DirObject>> Members();
+    DirStatus Add(std::string_view memberPath);     // whole path without a server part
+    DirStatus Remove(std::string_view memberPath);  // whole path without a server part
+
+    // User.
+    DirResult<std::vector<DirObject>> Groups();
+    DirStatus SetPassword(std::string_view password);
+
+    const std::shared_ptr<DirObjectState>& State() const { return state_; }
+
+private:
+    std::shared_ptr<DirObjectState> state_;
+};
+
+// nTSecurityDescriptor is read and written with the SD-flags control asking for the DACL only
+// (OID 1.2.840.113556.1.4.801, value 4): GetBinary gives the self-relative descriptor that the
+// server returns for that request, PutBinary followed by SetInfo replaces the DACL and its
+// control bits (SE_DACL_PROTECTED among them) and nothing else.
+inline constexpr std::string_view kSecurityDescriptorAttribute = "nTSecurityDescriptor";
+
+}  // namespace orin
