@@ -50,9 +50,17 @@ struct RunContext {
     std::string AceArg;
     std::string strPubLDAPName;
 
-    // Bulk database run: the row in hand ends its object / the object is held back.
+    // Bulk database run: the row in hand ends its object / the walk is a retry pass.
     int16_t bytEndOfObjData = 0;
     bool blnHolding = false;
+    bool blnAlreadyHeld = false;  // some row of the object in hand has been held back
+    bool blnObjCreated = false;   // the object in hand was made new by this import
+    ObjectKind BulkKind = ObjectKind::OU;  // the kind in work; labels the event lines
+    // Sums over all kinds for the closing box of a bulk run.
+    int32_t lngObjectTotal = 0;
+    int32_t lngSuccessTotal = 0;
+    int32_t lngWarningTotal = 0;
+    int32_t lngFailureTotal = 0;
 
     // Cancel and window state. intCancel is set by the window thread while a run works on
     // another thread, hence atomic; only the value 1 means cancelled.
