@@ -20,6 +20,10 @@
 
 #include "directory/DirStatus.h"
 
+namespace orin::platform {
+class LdapConnection;
+}
+
 namespace orin {
 
 enum class PutExControl { Clear = 1, Replace = 2, Append = 3, Delete = 4 };
@@ -29,9 +33,15 @@ using Bytes = std::vector<uint8_t>;
 struct DirObjectState;  // the connection, the DN, the cache and the stage
 
 class DirObject {
-public:
+  public:
     DirObject() = default;
     explicit DirObject(std::shared_ptr<DirObjectState> state) : state_(std::move(state)) {}
+
+    // Reads the entry at `dn` over `connection`: the object, or the status that says why there
+    // is none. `server` is the server part of the paths it hands back ("" for none). BindObject
+    // is the way engines reach objects; this is its building block.
+    static DirResult<DirObject> Load(std::shared_ptr<platform::LdapConnection> connection,
+                                     std::string server, std::string_view dn);
 
     bool IsBound() const { return state_ != nullptr; }
 
@@ -47,7 +57,8 @@ public:
     DirResult<std::string> Get(std::string_view attr);
     DirResult<std::vector<std::string>> GetEx(std::string_view attr);
     DirResult<int64_t> GetNumber(std::string_view attr);  // integer syntax: groupType, pwdLastSet
-    DirResult<Bytes> GetBinary(std::string_view attr);    // objectSid, objectGUID, nTSecurityDescriptor
+    DirResult<Bytes> GetBinary(
+        std::string_view attr);  // objectSid, objectGUID, nTSecurityDescriptor
     void Put(std::string_view attr, std::string_view value);
     void PutBinary(std::string_view attr, Bytes value);
     // Clear takes no values; Replace, Append and Delete take the values given.
@@ -61,7 +72,8 @@ public:
     // object under this container, renamed when a new relative name ("OU=x") is given.
     DirResult<DirObject> Create(std::string_view cls, std::string_view relativeName);
     DirStatus Delete(std::string_view cls, std::string_view relativeName);
-    DirResult<DirObject> MoveHere(std::string_view sourcePath, std::string_view newRelativeName = {});
+    DirResult<DirObject> MoveHere(std::string_view sourcePath,
+                                  std::string_view newRelativeName = {});
     // The children, one level down, in the order the server gives them; limited to the given
     // classes when the filter isn't empty. Paged, so any number of children is read.
     DirResult<std::vector<DirObject>> Children(const std::vector<std::string>& classFilter = {});
@@ -77,9 +89,25 @@ public:
 
     const std::shared_ptr<DirObjectState>& State() const { return state_; }
 
-private:
+  private:
+    DirObjectState* Bound() const { return state_.get(); }
+    DirStatus EnsureLoaded() const;
+    DirStatus FetchOne(std::string_view attr) const;
+    DirResult<std::vector<std::string>> Effective(std::string_view attr);
+    DirObject Related(std::string dn) const;
+
     std::shared_ptr<DirObjectState> state_;
 };
+
+// Distinguished-name text, honouring "\," escapes and quoted values.
+// FirstRdn("OU=a\,b,DC=x") gives "OU=a\,b"; ParentDn gives "DC=x" ("" at the top).
+std::string FirstRdn(std::string_view dn);
+std::string ParentDn(std::string_view dn);
+// The value of a relative name, unescaped: "CN=a\,b" gives "a,b"; "" when it has no "=".
+std::string RdnValue(std::string_view rdn);
+// The distinguished name of a whole path: "LDAP://" and a server part ("LDAP://dc1/...") are
+// taken off; a text without "LDAP://" is taken as a distinguished name already.
+std::string DnFromPath(std::string_view path);
 
 // nTSecurityDescriptor is read and written with the SD-flags control asking for the DACL only
 // (OID 1.2.840.113556.1.4.801, value 4): GetBinary gives the self-relative descriptor that the

@@ -1,0 +1,31 @@
+#pragma once
+// Binding the domain once for the life of the process: the two connection methods of the
+// login dialog. Both fill gSession (Connection, RootObject, RootLdapPath) and set
+// gSession.Connected; a failure shows the "ﾄﾞﾒｲﾝ接続" box through TheOperator() and leaves no
+// connection behind.
+//
+// local:  the logged-on user's Kerberos credentials (SASL GSSAPI), against the domain's DNS
+//         name. The name leads to a DC; the bind goes to that DC's own host name, the name its
+//         Kerberos service principal carries.
+// remote: the named DC, with the user name and password, over LDAPS (port 636), or over
+//         StartTLS on port 389 when gSession.UseStartTls is set. A bare user name is sent as
+//         "name@<DomainDNSName>"; "DOMAIN\name", "name@realm" and distinguished names go as
+//         they are.
+//
+// There is no WinNT namespace over LDAP. What its steps proved is checked on the domain itself:
+// - "WinNT://<NetBIOS>" bound: the NetBIOS name given is the domain's, i.e. the crossRef of
+//   the domain under CN=Partitions of the configuration naming context holds it as nETBIOSName
+//   (case ignored). Failure: "NetBIOS名のﾄﾞﾒｲﾝ認証が失敗。".
+// - local, the first "Group" of the WinNT container: a search for one group in the domain.
+//   Failure: the same detail.
+// - remote, the "WinNT:" namespace object: the server's root entry names its configuration
+//   naming context. Failure: "WinNTﾌﾟﾛﾊﾞｲﾀﾞに接続できません。".
+// - remote, the "LDAP:" namespace object: a connection to the DC's URI can be prepared (the name
+//   makes a usable URI). Failure: "LDAPﾌﾟﾛﾊﾞｲﾀﾞに接続できません。".
+
+namespace orin {
+
+void ConnectLocal();
+void ConnectRemote();
+
+}  // namespace orin
