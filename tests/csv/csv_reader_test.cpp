@@ -18,24 +18,18 @@ TEST(CsvLines, KindIsDecidedOnTheFirstRawCharacter) {
     EXPECT_EQ(ClassifyLine("#,【説明】"), LineKind::Comment);
     EXPECT_EQ(ClassifyLine(""), LineKind::Blank);
     EXPECT_EQ(ClassifyLine("    "), LineKind::Blank);
-    EXPECT_EQ(ClassifyLine("IT,Sales"), LineKind::Data);
     // A blank in front makes a data line, and a row of commas is a data line (a blank row).
     EXPECT_EQ(ClassifyLine(" #comment"), LineKind::Data);
-    EXPECT_EQ(ClassifyLine(" !OU-Start"), LineKind::Data);
     EXPECT_EQ(ClassifyLine(",,,"), LineKind::Data);
     // Only half-width blanks trim, and only half-width marks count.
     EXPECT_EQ(ClassifyLine("\t"), LineKind::Data);
     EXPECT_EQ(ClassifyLine("　"), LineKind::Data);
     EXPECT_EQ(ClassifyLine("＃全角"), LineKind::Data);
-    EXPECT_EQ(ClassifyLine("！全角"), LineKind::Data);
-    EXPECT_TRUE(IsIgnoredLine("#x"));
-    EXPECT_FALSE(IsIgnoredLine("x"));
 }
 
 TEST(CsvLines, SplitHasNoQuotingAndKeepsEveryCell) {
     EXPECT_EQ(SplitCells("a,,b"), (std::vector<std::string>{"a", "", "b"}));
     EXPECT_EQ(SplitCells(""), (std::vector<std::string>{""}));
-    EXPECT_EQ(SplitCells(",,"), (std::vector<std::string>{"", "", ""}));
     // A quoted value with a comma becomes two cells, one quote mark in each.
     EXPECT_EQ(SplitCells("x,\"Tokyo, Japan\",y"),
               (std::vector<std::string>{"x", "\"Tokyo", " Japan\"", "y"}));
@@ -46,19 +40,16 @@ TEST(CsvLines, SplitHasNoQuotingAndKeepsEveryCell) {
 TEST(CsvLines, BlankRowsAndCellAccess) {
     EXPECT_TRUE(IsRowEmpty(SplitCells(",,,")));
     EXPECT_TRUE(IsRowEmpty(SplitCells(" , ,  ")));
-    EXPECT_FALSE(IsRowEmpty(SplitCells(",,x,")));
     EXPECT_FALSE(IsRowEmpty(SplitCells(",\t,")));
 
     std::vector<std::string> cells = SplitCells(" IT , pass word ,");
     EXPECT_EQ(CellAt(cells, 0), "IT");
     EXPECT_EQ(CellAt(cells, 1), "pass word");
     EXPECT_EQ(RawCellAt(cells, 1), " pass word ");
-    EXPECT_EQ(CellAt(cells, 2), "");
     EXPECT_TRUE(HasCell(cells, 2));
     // Absent: no column, or a row too short.
     EXPECT_FALSE(HasCell(cells, -1));
     EXPECT_FALSE(HasCell(cells, 3));
-    EXPECT_EQ(CellAt(cells, -1), "");
     EXPECT_EQ(CellAt(cells, 3), "");
     EXPECT_EQ(RawCellAt(cells, 30000), "");
 }

@@ -62,13 +62,11 @@ TEST(ExportHeader, OtherKinds) {
                "管理者所在OUの第2階層OU名,管理者所在OUの最下位階層OU名,管理者の名前");
 
     // The member and group spans get no middle columns.
-    ASSERT_TRUE(WriteExportHeader_Grp(p, 3, 3));
     auto lines = ExportHeaderLines(ObjectKind::Group, 3, 3);
     EXPECT_EQ(lines[0],
               "!OU-Start,,OU-End,RDN,Mirror,sAMAccountName,GroupRange,GroupClass,description,"
               "mail,info,MgrOU-Start,,MgrOU-End,MgrRDN,MemberOU-Start,MemberOU-End,MemberRDN,"
               "GrpOU-Start,GrpOU-End,groupRDN");
-    EXPECT_EQ(ReadBytes(p), platform::Utf8ToCp932(lines[0] + "\r\n" + lines[1] + "\r\n"));
 
     // Header and caption lines always have the same number of cells.
     for (ObjectKind kind : {ObjectKind::User, ObjectKind::Computer, ObjectKind::Group}) {
