@@ -1,7 +1,5 @@
 #include "csv/ColumnRegistry.h"
 
-#include <array>
-
 #include "csv/CsvReader.h"
 #include "platform/Strings.h"
 #include "run/RunContext.h"
