@@ -180,6 +180,17 @@ void RowScope::Trace(std::string_view text) const {
              text);
 }
 
+void RowScope::RunCleanup() {
+    ending_ = true;
+    if (!cleanup_) return;
+    try {
+        cleanup_();
+    } catch (...) {
+        // A failing cleanup is not reported: the row has failed already.
+        Trace("the failure cleanup did not finish");
+    }
+}
+
 void Raise(int32_t code) {
     RowScope* row = tCurrentRow;
     if (!row) throw std::logic_error("Raise(" + std::to_string(code) + ") outside an engine row");
@@ -191,6 +202,10 @@ void Raise(int32_t code) {
     switch (BandOf(code, row->family_)) {
         case CodeBand::Failure:
             HandleImportFailure(code, row->lineNumber_, row->ordinal_);
+            // The cleanup runs here, before the engine's frame unwinds, so that it still has
+            // the engine's objects and names at hand.
+            row->RunCleanup();
+            if (!row->traceName_.empty()) row->Trace("Exit: Failure");
             throw RowEnded{row, RowEnd::Failed};
         case CodeBand::Warning:
             HandleImportWarning(code, row->lineNumber_, row->ordinal_);
@@ -243,16 +258,6 @@ RowEnd EngineRun(int32_t lineNumber, int32_t ordinal, const std::function<void(R
         return RowEnd::Silent;
     }
 
-    if (how == RowEnd::Failed && row.cleanup_) {
-        row.ending_ = true;
-        try {
-            row.cleanup_();
-        } catch (...) {
-            // A failing cleanup is not reported: the row has failed already.
-            row.Trace("Exit: the failure cleanup did not finish");
-        }
-    }
-    if (how == RowEnd::Failed && !traceName.empty()) row.Trace("Exit: Failure");
     return how;
 }
 

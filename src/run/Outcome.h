@@ -67,7 +67,8 @@ class RowScope {
     RowScope& operator=(const RowScope&) = delete;
 
     // What to do after a failure has been handled: delete a half-made object, and so on. Runs
-    // only on a failure, never on a verdict or a silent end. A later call replaces the earlier.
+    // only on a failure, never on a verdict or a silent end, and runs inside the Raise, so it
+    // may use the engine's locals. A later call replaces the earlier.
     void OnFailure(std::function<void()> cleanup) { cleanup_ = std::move(cleanup); }
 
     int32_t LineNumber() const { return lineNumber_; }
@@ -82,6 +83,7 @@ class RowScope {
                             std::string_view);
 
     void Trace(std::string_view text) const;
+    void RunCleanup();
 
     int32_t lineNumber_;
     int32_t ordinal_;
