@@ -158,6 +158,8 @@ void ShowRunResult(std::string_view title) {
 }
 
 int16_t ElapsedSeconds(double start, double end) {
+    // The count is 16-bit: a run longer than 32,767 seconds is clamped to that rather than
+    // overflowing, and a clock that went backwards gives 0.
     const double span = std::nearbyint(end - start);  // the default mode rounds half to even
     if (!(span > 0)) return 0;
     if (span > 32767) return 32767;

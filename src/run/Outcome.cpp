@@ -227,7 +227,8 @@ void Raise(int32_t code) {
 }
 
 void RaiseVerdict() {
-    if (CurrentEngineFamily() == EngineFamily::Compare) {
+    const EngineFamily family = tCurrentRow ? tCurrentRow->Family() : CurrentEngineFamily();
+    if (family == EngineFamily::Compare) {
         Raise(gRun.blnRowDiffered ? ERRNUM_60_003 : ERRNUM_60_004);
     } else {
         Raise(gRun.blnRowWarned ? ERRNUM_60_002 : ERRNUM_60_001);
