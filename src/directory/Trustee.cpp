@@ -117,6 +117,7 @@ std::string SessionIdentity() {
 
 struct Cache {
     std::mutex mutex;
+    std::weak_ptr<platform::LdapConnection> connection;
     std::string identity;
     std::optional<Sid> domainSid;
     std::map<std::string, std::string> nameBySid;  // SID text -> name
@@ -125,8 +126,9 @@ struct Cache {
     // Call with the mutex held.
     void Refresh() {
         std::string now = SessionIdentity();
-        if (now == identity) return;
+        if (now == identity && connection.lock() == gSession.Connection) return;
         identity = now;
+        connection = gSession.Connection;
         domainSid.reset();
         nameBySid.clear();
         sidByName.clear();
@@ -176,7 +178,7 @@ std::optional<std::vector<SearchRecord>> Search(const std::string& filter,
 
 std::optional<Sid> ObjectSidOf(const std::string& dn) {
     DirObject object;
-    if (dn.empty() || !BindObject("LDAP://" + dn, object)) return std::nullopt;
+    if (!BindObject("LDAP://" + dn, object)) return std::nullopt;
     auto bytes = object.GetBinary("objectSid");
     if (!bytes.ok()) return std::nullopt;
     return ParseSidBytes(*bytes);
@@ -191,10 +193,11 @@ std::optional<Sid> DomainSid(Cache& cache) {
 // The SID of the account `sam` in the directory, if it lies in `domain`.
 std::optional<Sid> SearchAccount(std::string_view sam, const Sid& domain) {
     if (sam.empty()) return std::nullopt;
-    auto records = Search("(sAMAccountName=" + EscapeFilterValue(sam) + ")", "distinguishedName");
+    auto records = Search("(sAMAccountName=" + EscapeFilterValue(sam) + ")", "objectSid");
     if (!records) return std::nullopt;
     for (const SearchRecord& record : *records) {
-        auto sid = ObjectSidOf(record.Field("distinguishedName"));
+        std::string bytes = record.Field("objectSid");
+        auto sid = ParseSidBytes({reinterpret_cast<const uint8_t*>(bytes.data()), bytes.size()});
         if (sid && sid->IsAccountOf(domain)) return sid;
     }
     return std::nullopt;

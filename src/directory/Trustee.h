@@ -9,8 +9,9 @@
 //   "S-1-5-21-...-1234"             a SID that nothing resolves (a deleted account)
 // Well-known SIDs come from a fixed table; the rest are searched for in the directory
 // (objectSid for SID -> name, sAMAccountName for name -> SID). Answers are kept for the
-// session: the cache is dropped when the session's identity (method, DC, domain, user)
-// changes, and ClearTrusteeCache drops it explicitly after a reconnection.
+// session: the cache is dropped when gSession gets a new connection or names another domain,
+// DC or user, and ClearTrusteeCache drops it at any other time (the start of a run, so that
+// an account renamed or made anew since the last run is looked up again).
 
 #include <optional>
 #include <string>

@@ -2,7 +2,6 @@
 
 #include <algorithm>
 
-#include "directory/Bind.h"
 #include "directory/Trustee.h"
 #include "platform/Strings.h"
 #include "run/Trace.h"
@@ -39,8 +38,7 @@ bool ObjectDacl::Write() {
 
 std::optional<ObjectDacl> ReadObjectDacl(const DirObject& object) {
     if (!object.IsBound()) return std::nullopt;
-    ObjectDacl dacl;
-    if (!BindObject("LDAP://" + object.DN(), dacl.handle)) return std::nullopt;
+    ObjectDacl dacl{object, {}};
     auto bytes = dacl.handle.GetBinary(kSecurityDescriptorAttribute);
     if (!bytes.ok()) return std::nullopt;
     std::string error;

@@ -1,9 +1,8 @@
 #pragma once
-// One read-modify-write cycle on an object's nTSecurityDescriptor.
-//
-// The descriptor is read through a handle of its own, bound anew to the object's DN: every
-// cycle starts from what the directory holds now (two writers in a row never share a list),
-// and the caller's property cache, with anything it has staged, is left alone.
+// One read-modify-write cycle on an object's nTSecurityDescriptor: GetBinary, change the
+// list, PutBinary and SetInfo on the object itself. GetBinary of the descriptor always asks
+// the directory, so every cycle starts from what the directory holds now and two writers in a
+// row never share a list.
 
 #include <optional>
 #include <string>
@@ -15,7 +14,7 @@
 namespace orin {
 
 struct ObjectDacl {
-    DirObject handle;
+    DirObject handle;  // shares the caller's object
     SecurityDescriptor descriptor;
 
     // The DACL's ACEs; none for a descriptor without a DACL.
@@ -26,8 +25,8 @@ struct ObjectDacl {
     bool Write();
 };
 
-// The descriptor of `object` as the directory holds it now; nullopt if the object doesn't
-// bind or the descriptor can't be read or parsed.
+// The descriptor of `object` as the directory holds it now; nullopt if it can't be read or
+// parsed.
 std::optional<ObjectDacl> ReadObjectDacl(const DirObject& object);
 
 // The ACE's trustee as the directory reports it ("ORIN\jdoe", "Everyone"...). An ACE kept as
