@@ -28,6 +28,9 @@ namespace {
 
 class AceOperationsTest : public test::DcTest {
   protected:
+    explicit AceOperationsTest(test::ConnectMethod method = test::ConnectMethod::Remote)
+        : DcTest(method) {}
+
     // Account names are unique in the whole domain: the process id keeps parallel runs apart.
     static std::string Sam(std::string_view cn) {
         std::string sam;
@@ -365,6 +368,26 @@ TEST_F(AceOperationsTest, AnObjectThatIsGoneFailsEveryOperation) {
     EXPECT_FALSE(HasAceFor(target, "System"));
     EXPECT_FALSE(AceRightsMatch(target, "System", "5;6", 2, missing));
     EXPECT_EQ(missing, "5");
+}
+
+// The same cycle under the logged-on user's Kerberos identity, where the paths carry no server.
+class AceOperationsLocalTest : public AceOperationsTest {
+  protected:
+    AceOperationsLocalTest() : AceOperationsTest(test::ConnectMethod::Local) {}
+};
+
+TEST_F(AceOperationsLocalTest, AddAndCompareWithKerberos) {
+    std::string sam = MakeGroup("Readers");
+    DirObject target = Make("organizationalUnit", "OU=Target");
+    ASSERT_TRUE(AddAceToObject(target, sam, Mask("1"), 1, ParseInheritOption("2")));
+    EXPECT_TRUE(AceFlagsMatch(target, sam, 10));
+    EXPECT_TRUE(AceTypeMatches(target, sam, 1, 10));
+    std::string missing;
+    EXPECT_TRUE(AceRightsMatch(target, sam, "1", 10, missing));
+    bool found = false;
+    ASSERT_TRUE(RemoveAce(target, sam, found));
+    EXPECT_TRUE(found);
+    EXPECT_FALSE(HasAceFor(target, sam));
 }
 
 }  // namespace
