@@ -9,31 +9,6 @@
 namespace orin {
 namespace {
 
-bool IsHexDigit(char c) {
-    return (c >= '0' && c <= '9') || (c >= 'a' && c <= 'f') || (c >= 'A' && c <= 'F');
-}
-
-int HexValue(char c) {
-    if (c >= '0' && c <= '9') return c - '0';
-    return (c | 0x20) - 'a' + 10;
-}
-
-// The value of a relative-name term as the attribute holds it: "\," gives ",", "\2C" gives ",".
-std::string UnescapeRdnValue(std::string_view value) {
-    std::string out;
-    for (size_t i = 0; i < value.size(); ++i) {
-        if (value[i] != '\\' || i + 1 >= value.size()) {
-            out += value[i];
-        } else if (i + 2 < value.size() && IsHexDigit(value[i + 1]) && IsHexDigit(value[i + 2])) {
-            out += static_cast<char>(HexValue(value[i + 1]) * 16 + HexValue(value[i + 2]));
-            i += 2;
-        } else {
-            out += value[++i];
-        }
-    }
-    return out;
-}
-
 // The values of `memberof`: a one-valued attribute reads as a string, a many-valued one only as
 // a list. An attribute without a value gives an empty list; `single` says which read answered.
 std::vector<std::string> ReadMemberOf(DirObject& object, bool& single) {
@@ -72,7 +47,7 @@ std::string RebuiltMemberPath(const DirObject& member) {
     std::string name = member.Name();
     std::string cn;
     if (StartsWithIgnoreCase(name, "CN=")) {
-        cn = UnescapeRdnValue(std::string_view(name).substr(3));
+        cn = RdnValue(name);
     } else {
         DirObject copy = member;
         cn = copy.Get("cn").value_or("");

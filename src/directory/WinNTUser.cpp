@@ -87,9 +87,12 @@ std::string EscapeFilterValue(std::string_view value) {
     return out;
 }
 
-bool IsCantChangePasswordAce(const Ace& ace, const Sid& trustee, const Guid& right) {
+// A deny on the change-password right for `trustee`; inherited ones count only when asked.
+bool IsCantChangePasswordAce(const Ace& ace, const Sid& trustee, const Guid& right,
+                             bool inheritedToo) {
     return ace.AceType == kAccessDeniedObjectAceType && ace.HasObjectType() &&
-           ace.ObjectType == right && ace.TrusteeSid == trustee && !ace.IsInherited();
+           ace.ObjectType == right && ace.TrusteeSid == trustee &&
+           (inheritedToo || !ace.IsInherited());
 }
 
 Guid ChangePasswordRight() {
@@ -207,7 +210,7 @@ bool HasCantChangePasswordPair(const SecurityDescriptor& sd) {
     Guid right = ChangePasswordRight();
     auto has = [&](const Sid& trustee) {
         return std::any_of(sd.Dacl->Aces.begin(), sd.Dacl->Aces.end(), [&](const Ace& ace) {
-            return IsCantChangePasswordAce(ace, trustee, right);
+            return IsCantChangePasswordAce(ace, trustee, right, true);
         });
     };
     return has(EveryoneSid()) && has(SelfSid());
@@ -218,7 +221,9 @@ void SetCantChangePasswordPair(SecurityDescriptor& sd, bool on) {
     std::vector<Ace>& aces = sd.Dacl->Aces;
     Guid right = ChangePasswordRight();
     for (const Sid& trustee : {EveryoneSid(), SelfSid()}) {
-        auto match = [&](const Ace& ace) { return IsCantChangePasswordAce(ace, trustee, right); };
+        auto match = [&](const Ace& ace) {
+            return IsCantChangePasswordAce(ace, trustee, right, false);
+        };
         if (!on) {
             std::erase_if(aces, match);
             continue;
@@ -313,11 +318,13 @@ DirStatus WinNTUser::SetInfo() {
         int64_t current = (*control | kUserFlagPasswordCantChange) - kUserFlagPasswordCantChange;
         if (wanted != current) user_.Put("userAccountControl", std::to_string(wanted));
 
+        // Only the entries of the user's own DACL change; the descriptor is written when they do.
         bool cantChange = (*stagedFlags_ & kUserFlagPasswordCantChange) != 0;
-        if (cantChange != HasCantChangePasswordPair(*sd)) {
-            SetCantChangePasswordPair(*sd, cantChange);
+        SecurityDescriptor changed = *sd;
+        SetCantChangePasswordPair(changed, cantChange);
+        if (!(changed == *sd)) {
             std::string error;
-            std::optional<Bytes> bytes = BuildSecurityDescriptor(*sd, &error);
+            std::optional<Bytes> bytes = BuildSecurityDescriptor(changed, &error);
             if (!bytes) return DirStatus::Error(kDirBadArgument, "security descriptor: " + error);
             user_.PutBinary(kSecurityDescriptorAttribute, std::move(*bytes));
         }

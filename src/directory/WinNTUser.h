@@ -78,10 +78,12 @@ DirStatus PutAccountExpirationDate(DirObject& user, const LocalDateTime& date);
 DirResult<LocalDateTime> LastLogin(DirObject& user);
 DirResult<LocalDateTime> PasswordLastChanged(DirObject& user);
 
-// The deny pair behind "user cannot change password", on a parsed descriptor.
+// The deny pair behind "user cannot change password", on a parsed descriptor. Inherited entries
+// count: they deny all the same.
 bool HasCantChangePasswordPair(const SecurityDescriptor& sd);
 // Adds the missing halves of the pair in front of the explicit allow entries (so that they take
-// effect), or removes both. The DACL is created when there is none.
+// effect), or removes both. Only the DACL's own entries change: inherited ones belong to the
+// parent. The DACL is created when there is none.
 void SetCantChangePasswordPair(SecurityDescriptor& sd, bool on);
 // The same on a user entry's nTSecurityDescriptor.
 DirResult<bool> HasCantChangePasswordPair(DirObject& user);

