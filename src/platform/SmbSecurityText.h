@@ -41,7 +41,7 @@ struct SmbSecurity {
 };
 
 // Parses the text that a read of "system.nt_sec_desc.*" gives. False for text that is not of
-// that form; `out` is then unspecified.
+// that form; `out` then holds only what came before the fault.
 bool ParseSecurityText(std::string_view text, SmbSecurity& out);
 
 // The value for a write of "system.nt_sec_desc.*" that replaces the DACL and leaves the owner
