@@ -2,12 +2,15 @@
 
 #include <ldap.h>
 #include <sasl/sasl.h>
+#include <sys/socket.h>
 #include <sys/time.h>
 
 #include <charconv>
+#include <chrono>
+#include <condition_variable>
 #include <csignal>
 #include <filesystem>
-#include <mutex>
+#include <thread>
 
 #include "platform/Strings.h"
 
@@ -109,6 +112,18 @@ int SaslInteract(LDAP*, unsigned, void*, void* interactions) {
     return LDAP_SUCCESS;
 }
 
+int OnSocketOpened(LDAP*, Sockbuf* sb, LDAPURLDesc*, sockaddr*, ldap_conncb* context) {
+    ber_socket_t fd = -1;
+    if (ber_sockbuf_ctrl(sb, LBER_SB_OPT_GET_FD, &fd) == 1) {
+        static_cast<LdapConnection*>(context->lc_arg)->SocketOpened(fd);
+    }
+    return 0;
+}
+
+void OnSocketClosed(LDAP*, Sockbuf*, ldap_conncb* context) {
+    static_cast<LdapConnection*>(context->lc_arg)->SocketOpened(-1);
+}
+
 }  // namespace
 
 const LdapValues* LdapEntry::Find(std::string_view name) const {
@@ -160,6 +175,42 @@ std::string SdFlagsControlValue(int flags) {
 
 LdapConnection::LdapConnection(LDAP* ld, std::string uri, LdapOptions options)
     : ld_(ld), uri_(std::move(uri)), options_(std::move(options)) {}
+
+void LdapConnection::SocketOpened(int fd) {
+    std::lock_guard lock(socketMutex_);
+    socket_ = fd;
+}
+
+int LdapConnection::WithHandshakeDeadline(const std::function<int()>& call) {
+    std::mutex m;
+    std::condition_variable cv;
+    bool finished = false;
+    {
+        std::lock_guard lock(socketMutex_);
+        handshakeTimedOut_ = false;
+    }
+    std::thread watchdog([&] {
+        std::unique_lock lock(m);
+        if (cv.wait_for(lock, std::chrono::seconds(options_.networkTimeoutSeconds),
+                        [&] { return finished; })) {
+            return;
+        }
+        std::lock_guard socketLock(socketMutex_);
+        if (socket_ >= 0) {
+            shutdown(socket_, SHUT_RDWR);
+            handshakeTimedOut_ = true;
+        }
+    });
+    int rc = call();
+    {
+        std::lock_guard lock(m);
+        finished = true;
+    }
+    cv.notify_one();
+    watchdog.join();
+    std::lock_guard lock(socketMutex_);
+    return handshakeTimedOut_ && rc != LDAP_SUCCESS ? LDAP_TIMEOUT : rc;
+}
 
 LdapConnection::~LdapConnection() {
     if (ld_) ldap_unbind_ext_s(ld_, nullptr, nullptr);
@@ -221,6 +272,12 @@ LdapStatus LdapConnection::ApplyOptions() {
     }
     int rc = ldap_set_option(ld_, LDAP_OPT_X_TLS_NEWCTX, &newContext);
     if (rc != LDAP_OPT_SUCCESS) return ErrorFromHandle(rc, "TLS context");
+    connectCallback_ = std::make_unique<ldap_conncb>();
+    connectCallback_->lc_add = OnSocketOpened;
+    connectCallback_->lc_del = OnSocketClosed;
+    connectCallback_->lc_arg = this;
+    rc = ldap_set_option(ld_, LDAP_OPT_CONNECT_CB, connectCallback_.get());
+    if (rc != LDAP_OPT_SUCCESS) return ErrorFromHandle(rc, "connect callback");
     return {};
 }
 
@@ -237,7 +294,7 @@ LdapStatus LdapConnection::ErrorFromHandle(int code, std::string_view what) cons
 
 LdapStatus LdapConnection::Connect() {
     if (connected_) return {};
-    int rc = ldap_connect(ld_);
+    int rc = WithHandshakeDeadline([this] { return ldap_connect(ld_); });
     if (rc != LDAP_SUCCESS) return ErrorFromHandle(rc, "connect " + uri_);
     connected_ = true;
     return {};
@@ -247,7 +304,7 @@ LdapStatus LdapConnection::StartTls() {
     LdapStatus status = Connect();
     if (!status.ok()) return status;
     if (ldap_tls_inplace(ld_)) return {};
-    int rc = ldap_start_tls_s(ld_, nullptr, nullptr);
+    int rc = WithHandshakeDeadline([this] { return ldap_start_tls_s(ld_, nullptr, nullptr); });
     if (rc != LDAP_SUCCESS) return ErrorFromHandle(rc, "StartTLS " + uri_);
     return {};
 }
@@ -270,6 +327,7 @@ LdapStatus LdapConnection::SimpleBind(std::string_view name, std::string_view pa
     }
     std::string who(name), secret(password);
     berval credentials{static_cast<ber_len_t>(secret.size()), secret.data()};
+    ++requests_;
     int rc = ldap_sasl_bind_s(ld_, who.c_str(), LDAP_SASL_SIMPLE, &credentials, nullptr, nullptr,
                               nullptr);
     if (rc != LDAP_SUCCESS) return ErrorFromHandle(rc, "bind as " + who);
@@ -279,6 +337,7 @@ LdapStatus LdapConnection::SimpleBind(std::string_view name, std::string_view pa
 LdapStatus LdapConnection::GssapiBind() {
     LdapStatus status = Connect();
     if (!status.ok()) return status;
+    ++requests_;
     int rc = ldap_sasl_interactive_bind_s(ld_, nullptr, "GSSAPI", nullptr, nullptr, LDAP_SASL_QUIET,
                                           SaslInteract, nullptr);
     if (rc != LDAP_SUCCESS) return ErrorFromHandle(rc, "GSSAPI bind to " + uri_);
@@ -315,6 +374,7 @@ LdapStatus LdapConnection::SearchPage(std::string_view base, LdapScope scope,
                                                    : LDAP_SCOPE_SUBTREE;
     timeval timeout{options_.operationTimeoutSeconds, 0};
     LDAPMessage* result = nullptr;
+    ++requests_;
     int rc = ldap_search_ext_s(ld_, b.c_str(), ldapScope, f.c_str(),
                                attributes.empty() ? nullptr : attrs.data(), 0, controls.data(),
                                nullptr, &timeout, searchOptions.sizeLimit, &result);
@@ -463,6 +523,7 @@ LdapStatus LdapConnection::Add(std::string_view dn, const std::vector<LdapMod>& 
     if (!status.ok()) return status;
     ModArray mods(attributes, true);
     std::string d(dn);
+    ++requests_;
     int rc = ldap_add_ext_s(ld_, d.c_str(), mods.get(), nullptr, nullptr);
     if (rc != LDAP_SUCCESS) return ErrorFromHandle(rc, "add " + d);
     return {};
@@ -477,6 +538,7 @@ LdapStatus LdapConnection::Modify(std::string_view dn, const std::vector<LdapMod
     SdFlagsControl sdFlags;
     LDAPControl* controls[] = {sdFlags.get(), nullptr};
     std::string d(dn);
+    ++requests_;
     int rc =
         ldap_modify_ext_s(ld_, d.c_str(), array.get(), sdFlagsDacl ? controls : nullptr, nullptr);
     if (rc != LDAP_SUCCESS) return ErrorFromHandle(rc, "modify " + d);
@@ -487,6 +549,7 @@ LdapStatus LdapConnection::Delete(std::string_view dn) {
     LdapStatus status = Connect();
     if (!status.ok()) return status;
     std::string d(dn);
+    ++requests_;
     int rc = ldap_delete_ext_s(ld_, d.c_str(), nullptr, nullptr);
     if (rc != LDAP_SUCCESS) return ErrorFromHandle(rc, "delete " + d);
     return {};
@@ -497,6 +560,7 @@ LdapStatus LdapConnection::Rename(std::string_view dn, std::string_view newRdn,
     LdapStatus status = Connect();
     if (!status.ok()) return status;
     std::string d(dn), r(newRdn), p(newParent);
+    ++requests_;
     int rc = ldap_rename_s(ld_, d.c_str(), r.c_str(), p.empty() ? nullptr : p.c_str(), 1, nullptr,
                            nullptr);
     if (rc != LDAP_SUCCESS) return ErrorFromHandle(rc, "rename " + d);

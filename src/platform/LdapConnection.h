@@ -14,11 +14,13 @@
 
 #include <functional>
 #include <memory>
+#include <mutex>
 #include <string>
 #include <string_view>
 #include <vector>
 
 typedef struct ldap LDAP;  // libldap's handle, as ldap.h declares it
+struct ldap_conncb;
 
 namespace orin::platform {
 
@@ -103,6 +105,8 @@ class LdapConnection {
     const std::string& Uri() const { return uri_; }
     const LdapOptions& Options() const { return options_; }
     void SetPageSize(int pageSize) { options_.pageSize = pageSize; }
+    // Requests sent so far (each search page counts): for traces and benchmarks.
+    long RequestCount() const { return requests_; }
 
     // Calls `onEntry` for each entry found, page after page; returning false from it stops the
     // search. Continuation references are skipped.
@@ -127,9 +131,15 @@ class LdapConnection {
     // Modify-DN: a new relative name, under a new parent when `newParent` isn't empty.
     LdapStatus Rename(std::string_view dn, std::string_view newRdn, std::string_view newParent);
 
+    // Called by libldap when the socket opens (fd) and closes (-1).
+    void SocketOpened(int fd);
+
   private:
     LdapConnection(LDAP* ld, std::string uri, LdapOptions options);
     LdapStatus ApplyOptions();
+    // Runs a call that may do a TLS handshake, which libldap does not bound by itself: past the
+    // network timeout the socket is shut down, and the handshake fails instead of waiting.
+    int WithHandshakeDeadline(const std::function<int()>& call);
     LdapStatus ErrorFromHandle(int code, std::string_view what) const;
     LdapStatus SearchPage(std::string_view base, LdapScope scope, std::string_view filter,
                           const std::vector<std::string>& attributes,
@@ -141,6 +151,11 @@ class LdapConnection {
     std::string uri_;
     LdapOptions options_;
     bool connected_ = false;
+    long requests_ = 0;
+    std::unique_ptr<ldap_conncb> connectCallback_;
+    std::mutex socketMutex_;
+    int socket_ = -1;
+    bool handshakeTimedOut_ = false;
 };
 
 // "ldaps://host:636" from a host name (an IPv6 address gets its brackets).
