@@ -19,6 +19,12 @@ public:
     void SetCommandCaption(std::string_view) override {}
     void Yield() override {}
     void OpenEventLog(const std::filesystem::path&) override {}
+    void ShowLogin() override {}
+    void ShowConnectWait(const std::function<void()>& connect) override { connect(); }
+    void ShowCollectWait(std::string_view, const std::function<void()>& collect) override {
+        collect();
+    }
+    void ShowProgress(const std::function<void()>& run) override { run(); }
 };
 
 NoOperator gNoOperator;

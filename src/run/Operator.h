@@ -4,6 +4,7 @@
 
 #include <cstdint>
 #include <filesystem>
+#include <functional>
 #include <string>
 #include <string_view>
 
@@ -37,6 +38,23 @@ public:
 
     // Shows the event log to the operator, without waiting (Notepad on Windows).
     virtual void OpenEventLog(const std::filesystem::path& path) = 0;
+
+    // The modal windows a driver opens. Each returns when its window has closed.
+    //
+    // frmLogin: lets the operator edit the connection fields of gSession (names, method, DC,
+    // user, password, NeverShowAgain); Cancel sets gSession.LoginCancelled (and clears
+    // Connected and LoginFromMenu).
+    virtual void ShowLogin() = 0;
+    // frmWait in its connection role: runs `connect` (ConnectLocal or ConnectRemote) while the
+    // window shows; it has no Cancel.
+    virtual void ShowConnectWait(const std::function<void()>& connect) = 0;
+    // frmWait in its collecting role ahead of an export: runs `collect` while the window shows
+    // with the run's title; its Cancel sets gRun.blnWaitCancelled, which `collect` polls.
+    virtual void ShowCollectWait(std::string_view title, const std::function<void()>& collect) = 0;
+    // frmProgress: shows the progress window and runs `run` (the window's load and activation:
+    // captions, the one-second wait, the Start method). Returns when the operator has closed
+    // the window with "OK" (a front end without a window returns when `run` is done).
+    virtual void ShowProgress(const std::function<void()>& run) = 0;
 };
 
 // The operator of this process. The shell, the command line or a test installs it before a run.

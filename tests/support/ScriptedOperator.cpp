@@ -60,4 +60,24 @@ void ScriptedOperator::OpenEventLog(const std::filesystem::path& path) {
     openedLogs.push_back(path.string());
 }
 
+void ScriptedOperator::ShowLogin() {
+    ++logins;
+    if (onLogin) onLogin();
+}
+
+void ScriptedOperator::ShowConnectWait(const std::function<void()>& connect) {
+    ++connectWaits;
+    connect();
+}
+
+void ScriptedOperator::ShowCollectWait(std::string_view, const std::function<void()>& collect) {
+    ++collectWaits;
+    collect();
+}
+
+void ScriptedOperator::ShowProgress(const std::function<void()>& run) {
+    ++progressWindows;
+    run();
+}
+
 }  // namespace orin::test

@@ -34,6 +34,13 @@ public:
     // Cancel at a chosen moment, by setting gRun.intCancel.
     std::function<void(int)> onYield;
 
+    // Called by ShowLogin: a test fills gSession here, or sets gSession.LoginCancelled.
+    std::function<void()> onLogin;
+    int logins = 0;
+    int connectWaits = 0;
+    int collectWaits = 0;
+    int progressWindows = 0;
+
     // What the run showed.
     std::vector<ShownBox> boxes;
     std::string progressTitle;
@@ -59,6 +66,10 @@ public:
     void SetCommandCaption(std::string_view caption) override;
     void Yield() override;
     void OpenEventLog(const std::filesystem::path& path) override;
+    void ShowLogin() override;
+    void ShowConnectWait(const std::function<void()>& connect) override;
+    void ShowCollectWait(std::string_view title, const std::function<void()>& collect) override;
+    void ShowProgress(const std::function<void()>& run) override;
 
 private:
     std::deque<MsgAnswer> answers_;
