@@ -36,6 +36,12 @@ class AnsweringOperator final : public Operator {
     void SetProgressValue(int32_t) override {}
     void SetCommandCaption(std::string_view) override {}
     void Yield() override {}
+    void ShowLogin() override {}
+    void ShowConnectWait(const std::function<void()>& connect) override { connect(); }
+    void ShowCollectWait(std::string_view, const std::function<void()>& collect) override {
+        collect();
+    }
+    void ShowProgress(const std::function<void()>& run) override { run(); }
     void OpenEventLog(const fs::path&) override {}
 };
 
