@@ -37,6 +37,7 @@ class AnsweringOperator final : public Operator {
     void SetCommandCaption(std::string_view) override {}
     void Yield() override {}
     void ShowLogin() override {}
+    DomainFields MainWindowDomainFields(OperationKind) override { return {}; }
     void ShowConnectWait(const std::function<void()>& connect) override { connect(); }
     void ShowCollectWait(std::string_view, const std::function<void()>& collect) override {
         collect();

@@ -7,6 +7,7 @@ namespace {
 // nothing is shown, so that nothing is ever done without someone having agreed to it.
 class NoOperator final : public Operator {
 public:
+    DomainFields MainWindowDomainFields(OperationKind) override { return {}; }
     MsgAnswer MessageBox(std::string_view, std::string_view, MsgIcon, MsgButtons buttons) override {
         return buttons == MsgButtons::YesNo ? MsgAnswer::No : MsgAnswer::Ok;
     }

@@ -8,15 +8,27 @@
 #include <string>
 #include <string_view>
 
+#include "run/Identifiers.h"
+
 namespace orin {
 
 enum class MsgIcon { None, Critical, Question, Exclamation, Information };
 enum class MsgButtons { Ok, YesNo };
 enum class MsgAnswer { Ok, Yes, No };
 
+// The domain fields of one operation tab of the main window (txtDomainDNS_<op>,
+// txtDomainNetBIOS_<op>), as typed.
+struct DomainFields {
+    std::string dns;
+    std::string netbios;
+};
+
 class Operator {
 public:
     virtual ~Operator() = default;
+
+    // What GetRunInputs reads from the main window for the tab of `op`.
+    virtual DomainFields MainWindowDomainFields(OperationKind op) = 0;
 
     // A modal message box. The text may hold "\r" (a carriage return) between its sentences.
     virtual MsgAnswer MessageBox(std::string_view title, std::string_view text, MsgIcon icon,

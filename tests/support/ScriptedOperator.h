@@ -34,6 +34,9 @@ public:
     // Cancel at a chosen moment, by setting gRun.intCancel.
     std::function<void(int)> onYield;
 
+    // What the main window's domain fields hold, for every operation tab.
+    DomainFields domainFields;
+
     // Called by ShowLogin: a test fills gSession here, or sets gSession.LoginCancelled.
     std::function<void()> onLogin;
     int logins = 0;
@@ -55,6 +58,7 @@ public:
     int yields = 0;
     std::vector<std::string> openedLogs;
 
+    DomainFields MainWindowDomainFields(OperationKind) override { return domainFields; }
     MsgAnswer MessageBox(std::string_view title, std::string_view text, MsgIcon icon,
                          MsgButtons buttons) override;
     void SetProgressTitle(std::string_view caption) override;
