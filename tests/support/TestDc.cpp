@@ -136,11 +136,23 @@ bool DeleteTree(std::string_view dn, std::string* error) {
         if (error) *error = "not connected";
         return false;
     }
-    std::vector<std::string> dns;
+    // Deepest first; at one depth groups first, so that the server needn't take each deleted
+    // member out of a group that is about to go anyway.
+    struct Doomed {
+        std::string dn;
+        int depth;
+        bool group;
+    };
+    std::vector<Doomed> doomed;
     auto status =
         gSession.Connection->SearchEach(dn, platform::LdapScope::Subtree, "(objectClass=*)",
-                                        {"1.1"}, [&dns](platform::LdapEntry& e) {
-                                            dns.push_back(e.dn);
+                                        {"objectClass"}, [&doomed](platform::LdapEntry& e) {
+                                            bool group = false;
+                                            if (const auto* classes = e.Find("objectClass")) {
+                                                for (const auto& c : *classes)
+                                                    group = group || c == "group";
+                                            }
+                                            doomed.push_back({e.dn, Depth(e.dn), group});
                                             return true;
                                         });
     if (status.code == platform::kLdapNoSuchObject) return true;
@@ -148,11 +160,11 @@ bool DeleteTree(std::string_view dn, std::string* error) {
         if (error) *error = status.message;
         return false;
     }
-    std::stable_sort(dns.begin(), dns.end(), [](const std::string& a, const std::string& b) {
-        return Depth(a) > Depth(b);
+    std::stable_sort(doomed.begin(), doomed.end(), [](const Doomed& a, const Doomed& b) {
+        return a.depth != b.depth ? a.depth > b.depth : a.group > b.group;
     });
-    for (const auto& d : dns) {
-        status = gSession.Connection->Delete(d);
+    for (const auto& d : doomed) {
+        status = gSession.Connection->Delete(d.dn);
         if (!status.ok() && status.code != platform::kLdapNoSuchObject) {
             if (error) *error = status.message;
             return false;
