@@ -216,6 +216,42 @@ LdapConnection::~LdapConnection() {
     if (ld_) ldap_unbind_ext_s(ld_, nullptr, nullptr);
 }
 
+int LdapConnection::Socket() {
+    std::lock_guard lock(socketMutex_);
+    return socket_;
+}
+
+LdapStatus LdapConnection::Reopen() {
+    if (ld_) ldap_unbind_ext_s(ld_, nullptr, nullptr);
+    ld_ = nullptr;
+    connected_ = false;
+    int rc = ldap_initialize(&ld_, uri_.c_str());
+    if (rc != LDAP_SUCCESS || !ld_) {
+        ld_ = nullptr;
+        return {kLdapServerDown, "reopen " + uri_ + ": " + ldap_err2string(rc)};
+    }
+    LdapStatus status = ApplyOptions();
+    if (status.ok() && startedTls_) status = StartTls();
+    if (status.ok() && bindKind_ == BindKind::Simple) status = SimpleBind(bindName_, bindPassword_);
+    if (status.ok() && bindKind_ == BindKind::Gssapi) status = GssapiBind();
+    if (status.ok()) status = Connect();
+    return status;
+}
+
+LdapStatus LdapConnection::Resilient(const std::function<LdapStatus()>& request,
+                                     const std::function<bool()>& mayRepeat) {
+    if (!ld_) {
+        LdapStatus status = Reopen();
+        if (!status.ok()) return status;
+    }
+    LdapStatus status = request();
+    if (status.code != kLdapServerDown || bindKind_ == BindKind::None) return status;
+    if (mayRepeat && !mayRepeat()) return status;
+    LdapStatus reopened = Reopen();
+    if (!reopened.ok()) return status;
+    return request();
+}
+
 LdapStatus LdapConnection::Create(std::string_view uri, const LdapOptions& options,
                                   std::unique_ptr<LdapConnection>& out) {
     IgnoreSigpipe();
@@ -293,6 +329,7 @@ LdapStatus LdapConnection::ErrorFromHandle(int code, std::string_view what) cons
 }
 
 LdapStatus LdapConnection::Connect() {
+    if (!ld_) return {kLdapServerDown, "connection to " + uri_ + " closed"};
     if (connected_) return {};
     int rc = WithHandshakeDeadline([this] { return ldap_connect(ld_); });
     if (rc != LDAP_SUCCESS) return ErrorFromHandle(rc, "connect " + uri_);
@@ -306,11 +343,12 @@ LdapStatus LdapConnection::StartTls() {
     if (ldap_tls_inplace(ld_)) return {};
     int rc = WithHandshakeDeadline([this] { return ldap_start_tls_s(ld_, nullptr, nullptr); });
     if (rc != LDAP_SUCCESS) return ErrorFromHandle(rc, "StartTLS " + uri_);
+    startedTls_ = true;
     return {};
 }
 
 bool LdapConnection::IsEncrypted() const {
-    if (!connected_) return false;
+    if (!connected_ || !ld_) return false;
     if (ldap_tls_inplace(ld_)) return true;
     sasl_ssf_t ssf = 0;
     return ldap_get_option(ld_, LDAP_OPT_X_SASL_SSF, &ssf) == LDAP_OPT_SUCCESS && ssf > 1;
@@ -331,6 +369,9 @@ LdapStatus LdapConnection::SimpleBind(std::string_view name, std::string_view pa
     int rc = ldap_sasl_bind_s(ld_, who.c_str(), LDAP_SASL_SIMPLE, &credentials, nullptr, nullptr,
                               nullptr);
     if (rc != LDAP_SUCCESS) return ErrorFromHandle(rc, "bind as " + who);
+    bindKind_ = BindKind::Simple;
+    bindName_ = who;
+    bindPassword_ = secret;
     return {};
 }
 
@@ -341,6 +382,7 @@ LdapStatus LdapConnection::GssapiBind() {
     int rc = ldap_sasl_interactive_bind_s(ld_, nullptr, "GSSAPI", nullptr, nullptr, LDAP_SASL_QUIET,
                                           SaslInteract, nullptr);
     if (rc != LDAP_SUCCESS) return ErrorFromHandle(rc, "GSSAPI bind to " + uri_);
+    bindKind_ = BindKind::Gssapi;
     return {};
 }
 
@@ -443,21 +485,33 @@ LdapStatus LdapConnection::SearchEach(std::string_view base, LdapScope scope,
                                       const std::vector<std::string>& attributes,
                                       const std::function<bool(LdapEntry&)>& onEntry,
                                       const LdapSearchOptions& searchOptions) {
-    LdapStatus status = Connect();
-    if (!status.ok()) return status;
     LdapSearchOptions effective = searchOptions;
     if (scope == LdapScope::Base) effective.paged = false;
-    std::string cookie;
-    bool stopped = false;
-    do {
-        status = SearchPage(base, scope, filter, attributes, onEntry, effective, cookie, stopped);
+    long delivered = 0;
+    auto counting = [&](LdapEntry& e) {
+        ++delivered;
+        return onEntry(e);
+    };
+    auto search = [&]() -> LdapStatus {
+        LdapStatus status = Connect();
         if (!status.ok()) return status;
-        if (stopped && !cookie.empty()) {
-            // Tell the server that no more pages are wanted (a request for zero entries).
-            return SearchPage(base, scope, filter, attributes, onEntry, effective, cookie, stopped);
-        }
-    } while (!cookie.empty());
-    return {};
+        std::string cookie;
+        bool stopped = false;
+        do {
+            status =
+                SearchPage(base, scope, filter, attributes, counting, effective, cookie, stopped);
+            if (!status.ok()) return status;
+            if (stopped && !cookie.empty()) {
+                // Tell the server that no more pages are wanted (a request for zero entries).
+                return SearchPage(base, scope, filter, attributes, counting, effective, cookie,
+                                  stopped);
+            }
+        } while (!cookie.empty());
+        return {};
+    };
+    // Entries already handed out can't be taken back: a drop in the middle of a search is an
+    // error, not a second run of it.
+    return Resilient(search, [&] { return delivered == 0; });
 }
 
 LdapStatus LdapConnection::Search(std::string_view base, LdapScope scope, std::string_view filter,
@@ -519,52 +573,60 @@ LdapStatus LdapConnection::ReadAllValues(std::string_view dn, std::string_view a
 }
 
 LdapStatus LdapConnection::Add(std::string_view dn, const std::vector<LdapMod>& attributes) {
-    LdapStatus status = Connect();
-    if (!status.ok()) return status;
-    ModArray mods(attributes, true);
-    std::string d(dn);
-    ++requests_;
-    int rc = ldap_add_ext_s(ld_, d.c_str(), mods.get(), nullptr, nullptr);
-    if (rc != LDAP_SUCCESS) return ErrorFromHandle(rc, "add " + d);
-    return {};
+    return Resilient([&]() -> LdapStatus {
+        LdapStatus status = Connect();
+        if (!status.ok()) return status;
+        ModArray mods(attributes, true);
+        std::string d(dn);
+        ++requests_;
+        int rc = ldap_add_ext_s(ld_, d.c_str(), mods.get(), nullptr, nullptr);
+        if (rc != LDAP_SUCCESS) return ErrorFromHandle(rc, "add " + d);
+        return {};
+    });
 }
 
 LdapStatus LdapConnection::Modify(std::string_view dn, const std::vector<LdapMod>& mods,
                                   bool sdFlagsDacl) {
-    LdapStatus status = Connect();
-    if (!status.ok()) return status;
-    if (mods.empty()) return {};
-    ModArray array(mods, false);
-    SdFlagsControl sdFlags;
-    LDAPControl* controls[] = {sdFlags.get(), nullptr};
-    std::string d(dn);
-    ++requests_;
-    int rc =
-        ldap_modify_ext_s(ld_, d.c_str(), array.get(), sdFlagsDacl ? controls : nullptr, nullptr);
-    if (rc != LDAP_SUCCESS) return ErrorFromHandle(rc, "modify " + d);
-    return {};
+    return Resilient([&]() -> LdapStatus {
+        LdapStatus status = Connect();
+        if (!status.ok()) return status;
+        if (mods.empty()) return {};
+        ModArray array(mods, false);
+        SdFlagsControl sdFlags;
+        LDAPControl* controls[] = {sdFlags.get(), nullptr};
+        std::string d(dn);
+        ++requests_;
+        int rc = ldap_modify_ext_s(ld_, d.c_str(), array.get(), sdFlagsDacl ? controls : nullptr,
+                                   nullptr);
+        if (rc != LDAP_SUCCESS) return ErrorFromHandle(rc, "modify " + d);
+        return {};
+    });
 }
 
 LdapStatus LdapConnection::Delete(std::string_view dn) {
-    LdapStatus status = Connect();
-    if (!status.ok()) return status;
-    std::string d(dn);
-    ++requests_;
-    int rc = ldap_delete_ext_s(ld_, d.c_str(), nullptr, nullptr);
-    if (rc != LDAP_SUCCESS) return ErrorFromHandle(rc, "delete " + d);
-    return {};
+    return Resilient([&]() -> LdapStatus {
+        LdapStatus status = Connect();
+        if (!status.ok()) return status;
+        std::string d(dn);
+        ++requests_;
+        int rc = ldap_delete_ext_s(ld_, d.c_str(), nullptr, nullptr);
+        if (rc != LDAP_SUCCESS) return ErrorFromHandle(rc, "delete " + d);
+        return {};
+    });
 }
 
 LdapStatus LdapConnection::Rename(std::string_view dn, std::string_view newRdn,
                                   std::string_view newParent) {
-    LdapStatus status = Connect();
-    if (!status.ok()) return status;
-    std::string d(dn), r(newRdn), p(newParent);
-    ++requests_;
-    int rc = ldap_rename_s(ld_, d.c_str(), r.c_str(), p.empty() ? nullptr : p.c_str(), 1, nullptr,
-                           nullptr);
-    if (rc != LDAP_SUCCESS) return ErrorFromHandle(rc, "rename " + d);
-    return {};
+    return Resilient([&]() -> LdapStatus {
+        LdapStatus status = Connect();
+        if (!status.ok()) return status;
+        std::string d(dn), r(newRdn), p(newParent);
+        ++requests_;
+        int rc = ldap_rename_s(ld_, d.c_str(), r.c_str(), p.empty() ? nullptr : p.c_str(), 1,
+                               nullptr, nullptr);
+        if (rc != LDAP_SUCCESS) return ErrorFromHandle(rc, "rename " + d);
+        return {};
+    });
 }
 
 }  // namespace orin::platform

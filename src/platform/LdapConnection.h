@@ -11,6 +11,9 @@
 // - Certificates are verified by default against the system trust store, or against a named
 //   CA file; accepting any certificate (the self-signed one of a test DC) is an explicit switch.
 // - Referrals are never chased. Values are byte strings: binary attributes stay binary.
+// - A connection that the server or the network dropped (servers close idle connections) is
+//   opened and bound again, the same way, when the next request finds it gone; that request
+//   is then sent once more.
 
 #include <functional>
 #include <memory>
@@ -133,6 +136,8 @@ class LdapConnection {
 
     // Called by libldap when the socket opens (fd) and closes (-1).
     void SocketOpened(int fd);
+    // The connected socket, -1 when there is none: for diagnostics.
+    int Socket();
 
   private:
     LdapConnection(LDAP* ld, std::string uri, LdapOptions options);
@@ -140,6 +145,11 @@ class LdapConnection {
     // Runs a call that may do a TLS handshake, which libldap does not bound by itself: past the
     // network timeout the socket is shut down, and the handshake fails instead of waiting.
     int WithHandshakeDeadline(const std::function<int()>& call);
+    // Runs a request; when it finds the connection gone, reopens it and runs it once more.
+    // `mayRepeat`, when given, says whether the request may still be sent again.
+    LdapStatus Resilient(const std::function<LdapStatus()>& request,
+                         const std::function<bool()>& mayRepeat = {});
+    LdapStatus Reopen();
     LdapStatus ErrorFromHandle(int code, std::string_view what) const;
     LdapStatus SearchPage(std::string_view base, LdapScope scope, std::string_view filter,
                           const std::vector<std::string>& attributes,
@@ -152,6 +162,11 @@ class LdapConnection {
     LdapOptions options_;
     bool connected_ = false;
     long requests_ = 0;
+    // How the connection was secured and bound, to do it again after a drop.
+    enum class BindKind { None, Simple, Gssapi };
+    BindKind bindKind_ = BindKind::None;
+    bool startedTls_ = false;
+    std::string bindName_, bindPassword_;
     std::unique_ptr<ldap_conncb> connectCallback_;
     std::mutex socketMutex_;
     int socket_ = -1;

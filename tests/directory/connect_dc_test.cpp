@@ -2,11 +2,13 @@
 // and the exact box each kind of failure shows.
 
 #include <gtest/gtest.h>
+#include <sys/socket.h>
 
 #include <chrono>
 #include <cstdlib>
 #include <fstream>
 
+#include "directory/Bind.h"
 #include "directory/Connect.h"
 #include "directory/DirectorySession.h"
 #include "platform/LdapConnection.h"
@@ -182,6 +184,23 @@ TEST_F(Connect, CertificateMustNameTheServer) {
     PrepareSession(ConnectMethod::Remote);
     gSession.DcComputerName = "127.0.0.1";
     ExpectFailure(ConnectMethod::Remote, kRemoteFailed + kDnsDetail);
+}
+
+TEST_F(Connect, ADroppedConnectionIsOpenedAgain) {
+    for (ConnectMethod method : {ConnectMethod::Local, ConnectMethod::Remote}) {
+        ASSERT_TRUE(ConnectTestDc(method));
+        long before = gSession.Connection->RequestCount();
+        // What an idle timeout on the server or a network break leaves behind.
+        int fd = gSession.Connection->Socket();
+        ASSERT_GE(fd, 0);
+        shutdown(fd, SHUT_RDWR);
+        DirObject root;
+        ASSERT_TRUE(BindObject(gSession.RootLdapPath.substr(0, 7) + gSession.DomainDN, root));
+        EXPECT_EQ(root.Class(), "domainDNS");
+        EXPECT_TRUE(gSession.Connection->IsEncrypted());
+        // The failed read, the bind again, the read again.
+        EXPECT_GE(gSession.Connection->RequestCount() - before, 3);
+    }
 }
 
 TEST_F(Connect, FailureClearsAnEarlierSession) {
