@@ -2,7 +2,9 @@
 // A directory object as the engines see it: a property cache over one LDAP entry.
 //
 // - Put, PutEx and PutBinary only stage; SetInfo writes what is staged (an add for an object
-//   made by Create and not yet written, a modify otherwise) and clears the stage.
+//   made by Create and not yet written, a modify otherwise) and clears the stage, whether the
+//   server took it or not: the next Put and SetInfo send only their own change. Get on the
+//   same object sees its staged values at once, as a property cache does.
 // - Get of an attribute without a value fails (kDirNoValue); Get of an attribute that holds
 //   several values fails with kDirTypeMismatch, which is how a one-valued `memberof` (a string)
 //   is told from a many-valued one (a list). GetEx gives the list in both cases.
@@ -53,15 +55,19 @@ class DirObject {
     std::string Parent() const;  // whole path of the container
     std::string Class() const;   // the most specific objectClass: "organizationalUnit", "user"...
 
-    // Property cache. The first read loads the entry; GetInfo reloads it.
+    // Property cache. The first read loads the entry (all its ordinary attributes); a
+    // constructed attribute (canonicalName, tokenGroups...) is read by name when first asked.
+    // SetInfo and the immediate writes drop what was read; GetInfo reloads the entry and drops
+    // the stage.
     DirResult<std::string> Get(std::string_view attr);
     DirResult<std::vector<std::string>> GetEx(std::string_view attr);
     DirResult<int64_t> GetNumber(std::string_view attr);  // integer syntax: groupType, pwdLastSet
-    DirResult<Bytes> GetBinary(
-        std::string_view attr);  // objectSid, objectGUID, nTSecurityDescriptor
+    // objectSid, objectGUID, nTSecurityDescriptor (always read afresh, see below).
+    DirResult<Bytes> GetBinary(std::string_view attr);
     void Put(std::string_view attr, std::string_view value);
     void PutBinary(std::string_view attr, Bytes value);
-    // Clear takes no values; Replace, Append and Delete take the values given.
+    // Clear takes no values and is no error on an empty attribute; Replace, Append and Delete
+    // take the values given.
     void PutEx(PutExControl control, std::string_view attr, std::vector<std::string> values = {});
     DirStatus SetInfo();
     DirStatus GetInfo();
@@ -69,7 +75,9 @@ class DirObject {
     // Container. Relative names may span levels: Create("organizationalUnit", "OU=c,OU=b") on
     // the root makes "OU=c,OU=b,<root DN>". Create gives an unsaved object: it exists after
     // SetInfo. MoveHere takes the whole source path without a server part and moves the
-    // object under this container, renamed when a new relative name ("OU=x") is given.
+    // object under this container, renamed when a new relative name ("OU=x") is given; it
+    // gives the moved object. Delete removes a leaf or an empty container; the entry's own
+    // class decides, the class argument is not checked.
     DirResult<DirObject> Create(std::string_view cls, std::string_view relativeName);
     DirStatus Delete(std::string_view cls, std::string_view relativeName);
     DirResult<DirObject> MoveHere(std::string_view sourcePath,
@@ -78,19 +86,20 @@ class DirObject {
     // classes when the filter isn't empty. Paged, so any number of children is read.
     DirResult<std::vector<DirObject>> Children(const std::vector<std::string>& classFilter = {});
 
-    // Group. Members are read in ranges, so groups of any size are complete.
+    // Group. Members are read in ranges, so groups of any size are complete. A member's cn is
+    // known from its name without a read.
     DirResult<std::vector<DirObject>> Members();
     DirStatus Add(std::string_view memberPath);     // whole path without a server part
     DirStatus Remove(std::string_view memberPath);  // whole path without a server part
 
-    // User.
+    // User. Groups are those of memberOf (the primary group is not among them). SetPassword
+    // refuses to send the password over a connection that isn't encrypted.
     DirResult<std::vector<DirObject>> Groups();
     DirStatus SetPassword(std::string_view password);
 
     const std::shared_ptr<DirObjectState>& State() const { return state_; }
 
   private:
-    DirObjectState* Bound() const { return state_.get(); }
     DirStatus EnsureLoaded() const;
     DirStatus FetchOne(std::string_view attr) const;
     DirResult<std::vector<std::string>> Effective(std::string_view attr);

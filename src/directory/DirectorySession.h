@@ -43,7 +43,8 @@ struct DirectorySession {
     bool UseStartTls = false;           // remote: StartTLS on port 389 instead of LDAPS on 636
     int NetworkTimeoutSeconds = 10;     // connecting, TLS handshake
     int OperationTimeoutSeconds = 120;  // each request
-    int PageSize = 500;                 // entries per page of searches and enumerations
+    int PageSize = 500;  // entries per page of searches and enumerations, taken at connect;
+                         // Connection->SetPageSize changes it afterwards
 };
 
 // The process-wide session.
