@@ -67,6 +67,9 @@ public:
     // captions, the one-second wait, the Start method). Returns when the operator has closed
     // the window with "OK" (a front end without a window returns when `run` is done).
     virtual void ShowProgress(const std::function<void()>& run) = 0;
+    // Closes frmProgress from within its run, without waiting for "OK": an export whose file
+    // can't be written ends so. ShowProgress returns once `run` is done.
+    virtual void HideProgress() {}
 };
 
 // The operator of this process. The shell, the command line or a test installs it before a run.
