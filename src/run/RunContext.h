@@ -68,13 +68,6 @@ struct RunContext {
     bool blnWaitCancelled = false;
     bool blnNothingToExport = false;
 
-    // Export: the number of cells of each span of the export file, found by the object scan
-    // (1 at the start of an export run).
-    int16_t intOULevel = 1;      // OU-Start..OU-End
-    int16_t intMgrLevel = 1;     // MgrOU-Start..MgrOU-End
-    int16_t intMemberLevel = 1;  // MemberOU-Start..MemberOU-End
-    int16_t intGrpLevel = 1;     // GrpOU-Start..GrpOU-End
-
     // Export: how many cells each OU span of the export file has, found by the object scan and
     // set to 1 by the export driver.
     int16_t intOULevel = 1;      // OU-Start..OU-End
