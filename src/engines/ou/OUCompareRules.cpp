@@ -1,0 +1,104 @@
+#include "engines/ou/OUCompareRules.h"
+
+#include <optional>
+#include <string>
+
+#include "directory/Bind.h"
+#include "directory/DirectorySession.h"
+#include "directory/Paths.h"
+#include "engines/Ledgers.h"
+#include "platform/Strings.h"
+#include "run/Outcome.h"
+#include "run/RunContext.h"
+
+namespace orin::oumodes {
+namespace {
+
+constexpr std::string_view kLineBreak = "<改行>";
+
+std::string ValueOf(DirObject& object, std::string_view attribute) {
+    return object.Get(attribute).value_or("");
+}
+
+// Raises `code` with the two values in place when they differ, ignoring case.
+void RaiseIfDifferent(std::string expected, std::string actual, int32_t code) {
+    const bool differ = ToUpperAscii(expected) != ToUpperAscii(actual);
+    gRun.MsgArg1 = std::move(expected);
+    gRun.MsgArg2 = std::move(actual);
+    if (differ) Raise(code);
+}
+
+// The manager at `containerDn` against the OU's managedBy, both in canonical form.
+void CompareManagerDn(DirObject& ou, const std::string& managerDn) {
+    RaiseIfDifferent(CanonicalPath(managerDn), CanonicalPath(ValueOf(ou, "managedBy")), 20107);
+}
+
+}  // namespace
+
+const OUProperty kOUProperties[6] = {
+    {"c", 20000, 20108, false},     {"postalCode", 20002, 20109, false},
+    {"st", 20004, 20110, false},    {"l", 20006, 20111, false},
+    {"street", 20105, 20112, true}, {"description", 20214, 20113, false},
+};
+
+void CompareProperty(DirObject& ou, const Cells& cells, const Columns& columns,
+                     const OUProperty& property, bool clearMarker) {
+    std::string expected = Cell(cells, columns, property.column);
+    if (expected.empty()) return;
+    std::string actual = ValueOf(ou, property.column);
+    if (clearMarker && IsClearMarker(expected)) {
+        if (!actual.empty()) Raise(property.notClearedCode);
+        return;
+    }
+    if (property.multiline) {
+        expected = ReplaceAll(expected, "<Rtn>", kLineBreak, true);
+        actual = ReplaceAll(actual, "\r\n", kLineBreak);
+    }
+    RaiseIfDifferent(std::move(expected), std::move(actual), property.differenceCode);
+}
+
+void CompareManagerOfAdd(DirObject& ou, const Cells& cells, const Columns& columns) {
+    const std::string manager = Cell(cells, columns, "MgrRDN");
+    if (manager.empty()) return;
+    CheckSpan(columns, "MgrOU-Start", "MgrOU-End", 1005, 1006);
+    auto container = ContainerOf(cells, columns, "MgrOU-Start", "MgrOU-End");
+    if (!container) Raise(2020);
+    const std::string managerDn = "CN=" + manager + "," + *container;
+    DirObject object;
+    if (!BindObject("LDAP://" + managerDn, object)) Raise(1007);
+    CompareManagerDn(ou, managerDn);
+}
+
+void CompareManagerOfModify(DirObject& ou, const Cells& cells, const Columns& columns) {
+    const std::string manager = Cell(cells, columns, "MgrRDN");
+    if (manager.empty()) return;
+    if (IsClearMarker(manager)) {
+        if (!ValueOf(ou, "managedBy").empty()) Raise(20114);
+        return;
+    }
+    CheckSpan(columns, "MgrOU-Start", "MgrOU-End", 1005, 1006);
+
+    const std::string path = ReplaceAll(
+        PathAfterRenames(SpanPath(cells, columns, "MgrOU-Start", "MgrOU-End")), "\\/", "/");
+    std::optional<std::string> container;
+    if (path.empty()) {
+        container = gSession.DomainDN;
+    } else if (OUPathExists(path)) {
+        container = FullDn(path);
+    } else {
+        container = DefaultContainerOf(cells, columns, "MgrOU-Start", "MgrOU-End");
+    }
+    if (!container) {
+        Raise(20115);
+        return;
+    }
+    const std::string managerDn = "CN=" + manager + "," + *container;
+    DirObject object;
+    if (!BindObject("LDAP://" + managerDn, object)) {
+        Raise(20116);
+        return;
+    }
+    CompareManagerDn(ou, managerDn);
+}
+
+}  // namespace orin::oumodes
