@@ -140,6 +140,27 @@ LdapStatus OpenLocal(std::unique_ptr<LdapConnection>& out) {
     return out->GssapiBind();
 }
 
+// The schema's constructed attributes: a read of all attributes leaves them out, so the
+// object model asks for them by name. Without the list it asks for every missing attribute,
+// which costs a request per empty attribute but is never wrong.
+void LearnConstructedAttributes(LdapConnection& conn) {
+    std::string schemaNc;
+    if (!ReadRootDse(conn, "schemaNamingContext", schemaNc).ok()) return;
+    std::vector<LdapEntry> found;
+    LdapStatus status =
+        conn.Search(schemaNc, platform::LdapScope::OneLevel,
+                    "(&(objectClass=attributeSchema)(systemFlags:1.2.840.113556.1.4.803:=4))",
+                    {"lDAPDisplayName"}, found);
+    if (!status.ok() || found.empty()) return;
+    std::vector<std::string> names;
+    for (const auto& e : found) {
+        if (const auto* name = e.Find("lDAPDisplayName"); name && !name->empty()) {
+            names.push_back(name->front());
+        }
+    }
+    conn.SetOnRequestAttributes(std::move(names));
+}
+
 std::string RemoteBindName() {
     const std::string& user = gSession.UserName;
     if (user.find_first_of("\\@=") != std::string::npos) return user;
@@ -172,6 +193,7 @@ void ConnectLocal() {
     status = CheckGroupVisible(*gSession.Connection);
     if (!status.ok()) return Fail(kProc, kLocalHeadline, kNetBiosNameFailed, status.message);
 
+    LearnConstructedAttributes(*gSession.Connection);
     gSession.Connected = true;
     gSession.RootLdapPath = "LDAP://" + gSession.DomainDN;
 }
@@ -209,6 +231,7 @@ void ConnectRemote() {
     status = CheckNetBiosName(*gSession.Connection, configurationNc);
     if (!status.ok()) return Fail(kProc, kRemoteHeadline, kNetBiosNameFailed, status.message);
 
+    LearnConstructedAttributes(*gSession.Connection);
     gSession.Connected = true;
     gSession.RootLdapPath = "LDAP://" + gSession.DcComputerName + "/" + gSession.DomainDN;
 }

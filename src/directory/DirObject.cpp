@@ -307,7 +307,7 @@ DirResult<std::vector<std::string>> DirObject::Effective(std::string_view attr) 
             if (!status.ok()) return status;
             it = state_->cache.find(key);
         }
-        if (it == state_->cache.end()) {
+        if (it == state_->cache.end() && state_->connection->IsOnRequestAttribute(attr)) {
             DirStatus status = FetchOne(attr);
             if (!status.ok()) return status;
             it = state_->cache.find(key);

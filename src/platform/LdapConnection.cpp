@@ -216,6 +216,18 @@ LdapConnection::~LdapConnection() {
     if (ld_) ldap_unbind_ext_s(ld_, nullptr, nullptr);
 }
 
+void LdapConnection::SetOnRequestAttributes(std::vector<std::string> names) {
+    for (auto& n : names) n = ToLowerAscii(n);
+    std::sort(names.begin(), names.end());
+    onRequest_ = std::move(names);
+    onRequestKnown_ = true;
+}
+
+bool LdapConnection::IsOnRequestAttribute(std::string_view name) const {
+    return !onRequestKnown_ ||
+           std::binary_search(onRequest_.begin(), onRequest_.end(), ToLowerAscii(name));
+}
+
 int LdapConnection::Socket() {
     std::lock_guard lock(socketMutex_);
     return socket_;

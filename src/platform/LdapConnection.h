@@ -15,6 +15,7 @@
 //   opened and bound again, the same way, when the next request finds it gone; that request
 //   is then sent once more.
 
+#include <algorithm>
 #include <functional>
 #include <memory>
 #include <mutex>
@@ -111,6 +112,12 @@ class LdapConnection {
     // Requests sent so far (each search page counts): for traces and benchmarks.
     long RequestCount() const { return requests_; }
 
+    // The attributes that a read of all attributes ("*") leaves out because the server makes
+    // them only on request (Active Directory's constructed attributes: canonicalName,
+    // tokenGroups...). Until they are set, every attribute counts as one of them.
+    void SetOnRequestAttributes(std::vector<std::string> names);
+    bool IsOnRequestAttribute(std::string_view name) const;
+
     // Calls `onEntry` for each entry found, page after page; returning false from it stops the
     // search. Continuation references are skipped.
     LdapStatus SearchEach(std::string_view base, LdapScope scope, std::string_view filter,
@@ -167,6 +174,8 @@ class LdapConnection {
     BindKind bindKind_ = BindKind::None;
     bool startedTls_ = false;
     std::string bindName_, bindPassword_;
+    bool onRequestKnown_ = false;
+    std::vector<std::string> onRequest_;  // lower case, sorted
     std::unique_ptr<ldap_conncb> connectCallback_;
     std::mutex socketMutex_;
     int socket_ = -1;

@@ -115,8 +115,14 @@ TEST_F(DirObjectTest, NumbersBinariesAndConstructedAttributes) {
     auto sid = fresh.GetBinary("objectSid").value_or({});
     ASSERT_GE(sid.size(), 8u);
     EXPECT_EQ(sid[0], 1);  // SID revision
-    // Not in a plain read: asked for by name.
+    // Constructed attributes are not in a plain read: asked for by name.
     EXPECT_EQ(fresh.Get("canonicalName").value_or(""), "orin.test/" + ou().Rdn().substr(3) + "/g");
+    EXPECT_TRUE(fresh.GetNumber("msDS-User-Account-Control-Computed").ok());
+    // An ordinary attribute without a value costs no request: the read had it all.
+    long before = gSession.Connection->RequestCount();
+    EXPECT_EQ(fresh.Get("description").status().code, kDirNoValue);
+    EXPECT_EQ(fresh.Get("mail").status().code, kDirNoValue);
+    EXPECT_EQ(gSession.Connection->RequestCount(), before);
 }
 
 // Identity in both connection methods.
