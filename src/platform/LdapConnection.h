@@ -14,6 +14,7 @@
 // - A connection that the server or the network dropped (servers close idle connections) is
 //   opened and bound again, the same way, when the next request finds it gone; that request
 //   is then sent once more.
+// - One thread at a time uses a connection.
 
 #include <algorithm>
 #include <functional>
