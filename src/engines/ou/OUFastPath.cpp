@@ -1,0 +1,143 @@
+#include "engines/ou/OUFastPath.h"
+
+#include <algorithm>
+
+#include "directory/Bind.h"
+#include "directory/DirectorySession.h"
+#include "directory/Trustee.h"
+#include "engines/access/ObjectDacl.h"
+#include "platform/Strings.h"
+#include "run/Trace.h"
+
+namespace orin {
+namespace {
+
+bool gFastPath = true;
+
+void TraceFast(std::string_view procName, std::string_view text) {
+    WriteTrace(TraceMode, true, kTraceFunction, procName, text);
+}
+
+// The manager's distinguished name when the fast path may write it; false when the lookup
+// fails (the exact way is to report it) or can't be made before the OU exists.
+bool ManagerForFastPath(const Cells& cells, const ManagerCells& manager, std::string_view newOuPath,
+                        std::string& dn) {
+    ManagerLookup found = LookUpManager(cells, manager.start, manager.end, manager.rdn);
+    if (found.failure != 0) return false;
+    // A manager in the OU being added is looked up after the create by the exact way, where
+    // the OU's own name then shadows a default container of the same name.
+    if (!newOuPath.empty() && EqualsIgnoreCase(found.containerPath, newOuPath)) return false;
+    dn = found.dn;
+    return true;
+}
+
+// True when the directory lets this session write every attribute on the object: the
+// exact way writes them one by one in modifies, where attribute rights are checked.
+bool MayWriteAll(const DirObject& object, const std::vector<std::string>& attributes) {
+    auto records =
+        ExecuteSearch("<" + object.ADsPath() + ">;(objectClass=*);allowedAttributesEffective;Base");
+    if (!records.ok() || records->size() != 1) return false;
+    std::vector<std::string> allowed = records->front().Values("allowedAttributesEffective");
+    return std::all_of(attributes.begin(), attributes.end(), [&](const std::string& attribute) {
+        return std::any_of(allowed.begin(), allowed.end(),
+                           [&](const std::string& a) { return EqualsIgnoreCase(a, attribute); });
+    });
+}
+
+}  // namespace
+
+void SetOUFastPath(bool enabled) {
+    gFastPath = enabled;
+}
+
+bool OUFastPathEnabled() {
+    return gFastPath;
+}
+
+bool FastAddOU(std::string_view ouPath, const std::vector<PropertyWrite>& properties,
+               const Cells& cells, const ManagerCells& manager, DirObject& created) {
+    if (!gFastPath) return false;
+    std::string managerDn;
+    if (!manager.rdn.empty() && !ManagerForFastPath(cells, manager, ouPath, managerDn)) {
+        return false;
+    }
+
+    auto made = gSession.RootObject.Create(kOUClass, ouPath);
+    if (!made.ok()) return false;
+    DirObject ou = *made;
+    std::vector<std::string> written;
+    for (const PropertyWrite& p : properties) {
+        ou.Put(p.attribute, p.value);
+        written.push_back(p.attribute);
+    }
+    if (!managerDn.empty()) {
+        ou.Put("managedBy", managerDn);
+        written.push_back("managedBy");
+    }
+    DirStatus status = ou.SetInfo();
+    if (!status.ok()) {
+        TraceFast("FastAddOU", "add refused, the exact way follows: " + status.message);
+        return false;
+    }
+    if (!written.empty() && !MayWriteAll(ou, written)) {
+        TraceFast("FastAddOU", "attribute rights differ from the add, the exact way follows");
+        DirStatus undone = gSession.RootObject.Delete(kOUClass, ouPath);
+        if (!undone.ok()) TraceFast("FastAddOU", "the new OU stays: " + undone.message);
+        return false;
+    }
+    created = ou;
+    return true;
+}
+
+bool FastModifyOU(DirObject& ou, const std::vector<PropertyWrite>& properties, const Cells& cells,
+                  const ManagerCells& manager) {
+    if (!gFastPath) return false;
+    std::string managerDn;
+    bool clearManager = !manager.rdn.empty() && IsClearMarker(manager.rdn);
+    if (!manager.rdn.empty() && !clearManager &&
+        !ManagerForFastPath(cells, manager, {}, managerDn)) {
+        return false;
+    }
+    for (const PropertyWrite& p : properties) {
+        if (p.clear) {
+            ou.PutEx(PutExControl::Clear, p.attribute);
+        } else {
+            ou.Put(p.attribute, p.value);
+        }
+    }
+    if (clearManager) ou.PutEx(PutExControl::Clear, "managedBy");
+    if (!managerDn.empty()) ou.Put("managedBy", managerDn);
+    DirStatus status = ou.SetInfo();
+    if (!status.ok()) {
+        TraceFast("FastModifyOU", "modify refused, the exact way follows: " + status.message);
+        return false;
+    }
+    return true;
+}
+
+bool FastNewAce(DirObject& object, std::string_view account, uint32_t mask, uint8_t type,
+                const CodedValue& flags) {
+    if (!gFastPath || flags.IsError()) return false;
+    auto sid = SidForTrustee(TrusteeName(account));
+    if (!sid) return false;
+    auto dacl = ReadObjectDacl(object);
+    if (!dacl) return false;
+    std::string name = TrusteeName(account);
+    if (dacl->descriptor.Dacl) {
+        std::erase_if(dacl->descriptor.Dacl->Aces,
+                      [&](const Ace& ace) { return IsAceOf(ace, name); });
+    }
+    Ace ace;
+    ace.AceType = type;
+    ace.AccessMask = mask;
+    ace.AceFlags = flags.IsNumber() ? static_cast<uint8_t>(flags.Number()) : 0;
+    ace.TrusteeSid = std::move(*sid);
+    InsertAce(dacl->Dacl(), std::move(ace));
+    if (!dacl->Write()) {
+        TraceFast("FastNewAce", "descriptor refused, the exact way follows");
+        return false;
+    }
+    return true;
+}
+
+}  // namespace orin
