@@ -249,4 +249,9 @@ void QtOperator::ShowProgress(const std::function<void()>& run) {
     });
 }
 
+void QtOperator::HideProgress() {
+    // The window goes at once; ShowProgress still waits for the run to end.
+    PostToProgress([](frmProgress& w) { w.hide(); });
+}
+
 }  // namespace orin::shell

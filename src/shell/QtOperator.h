@@ -50,6 +50,7 @@ class QtOperator final : public QObject, public Operator {
     void ShowConnectWait(const std::function<void()>& connect) override;
     void ShowCollectWait(std::string_view title, const std::function<void()>& collect) override;
     void ShowProgress(const std::function<void()>& run) override;
+    void HideProgress() override;
 
     // The progress window of the run in hand, or null between runs.
     frmProgress* progressWindow() const { return progress_; }

@@ -18,12 +18,12 @@
 #include "directory/DirectorySession.h"
 #include "platform/AppFolder.h"
 #include "platform/Strings.h"
+#include "run/Drivers.h"
 #include "run/Options.h"
 #include "run/OrinIni.h"
 #include "run/RunContext.h"
 #include "run/Trace.h"
 #include "shell/EventLogViewer.h"
-#include "shell/RunDispatch.h"
 #include "shell/ShellSupport.h"
 #include "shell/TemplateDialog.h"
 #include "shell/frmAbout.h"
@@ -305,13 +305,10 @@ void frmTop::FilePathBoxLeft(OperationKind op) {
 }
 
 void frmTop::StartRun(OperationKind op, RunMode mode) {
-    gRun.blnDBMode = false;
-    gRun.strCsvPath = Trim(S(page(op).txtFilePath->text()));
-    gRun.blnImitate = mode == RunMode::Imitate;
-    gRun.blnCompare = mode == RunMode::Compare;
+    // The driver marks the run as a CSV run, trims the path and sets the mode flags.
     const auto kind = static_cast<ObjectKind>(CurrentObject - 1);
     try {
-        DispatchRun(kind, op, mode);
+        RunFromButton(kind, op, mode, S(page(op).txtFilePath->text()));
     } catch (const std::exception& error) {
         // Nothing a run meets should end the program; the operator hears of it instead.
         TheOperator().MessageBox(kWindowTitle,

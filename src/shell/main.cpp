@@ -2,6 +2,7 @@
 
 #include <QApplication>
 
+#include "engines/RegisterEngines.h"
 #include "platform/AppFolder.h"
 #include "shell/LookAndFeel.h"
 #include "shell/QtOperator.h"
@@ -19,6 +20,7 @@ int main(int argc, char* argv[]) {
         return 0;
     }
 
+    orin::RegisterAllEngines();
     orin::shell::frmTop window;
     orin::shell::QtOperator screen(&window);
     QObject::connect(&instance, &orin::shell::SingleInstance::comeForwardRequested, &window,

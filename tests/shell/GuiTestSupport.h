@@ -1,0 +1,122 @@
+#pragma once
+// Shared by the desktop shell tests: an application folder of the test's own, a player that
+// answers the modal windows the program opens while a test waits, and small finders.
+
+#include <gtest/gtest.h>
+
+#include <QApplication>
+#include <QKeyEvent>
+#include <QMessageBox>
+#include <QPushButton>
+#include <QTest>
+#include <QTimer>
+#include <QWidget>
+#include <cstdlib>
+#include <filesystem>
+#include <functional>
+#include <string>
+#include <vector>
+
+#include "directory/DirectorySession.h"
+#include "run/RunContext.h"
+
+namespace orin::test {
+
+// ORIN_HOME pointed at a fresh folder for the length of a test, and a session with nothing in
+// it, as a new process has.
+class ScratchHome {
+  public:
+    ScratchHome() {
+        const auto* info = ::testing::UnitTest::GetInstance()->current_test_info();
+        path_ = std::filesystem::temp_directory_path() / "orin_shell_test" /
+                (std::string(info->test_suite_name()) + "." + info->name());
+        std::filesystem::remove_all(path_);
+        std::filesystem::create_directories(path_);
+        setenv("ORIN_HOME", path_.c_str(), 1);
+        gSession = DirectorySession{};
+        gRun.intCancel = 0;
+    }
+    ~ScratchHome() {
+        unsetenv("ORIN_HOME");
+        gSession = DirectorySession{};
+        std::error_code ec;
+        std::filesystem::remove_all(path_, ec);
+    }
+    const std::filesystem::path& path() const { return path_; }
+    std::filesystem::path operator/(const std::string& name) const { return path_ / name; }
+
+  private:
+    std::filesystem::path path_;
+};
+
+// Plays the operator at modal windows: while it lives, it looks at the modal window in front
+// every few milliseconds and hands it to `onModal` (once per window until the window changes
+// or `onModal` asks to see it again by returning false). Message boxes are recorded.
+class ModalPlayer {
+  public:
+    struct Box {
+        QString title;
+        QString text;
+    };
+
+    ModalPlayer() {
+        timer_.setInterval(10);
+        QObject::connect(&timer_, &QTimer::timeout, [this] { Look(); });
+        timer_.start();
+    }
+
+    // Returns true when it is done with the window.
+    std::function<bool(QWidget*)> onModal;
+    std::vector<Box> boxes;
+
+  private:
+    void Look() {
+        QWidget* modal = QApplication::activeModalWidget();
+        if (!modal || modal == done_ || !modal->isVisible()) return;
+        if (auto* box = qobject_cast<QMessageBox*>(modal)) {
+            if (box != recorded_) boxes.push_back({box->windowTitle(), box->text()});
+            recorded_ = box;
+        }
+        if (onModal && onModal(modal)) done_ = modal;
+    }
+
+    QTimer timer_;
+    QWidget* done_ = nullptr;
+    QWidget* recorded_ = nullptr;
+};
+
+// Clicks the button of that object name in `window` ("btnYes", "btnNo", "btnOK", "Command1").
+inline bool Click(QWidget* window, const char* button) {
+    auto* target = window->findChild<QPushButton*>(button);
+    if (!target) return false;
+    QTest::mouseClick(target, Qt::LeftButton);
+    return true;
+}
+
+// Types `text` into the focus after giving it to `box`, as a person does.
+inline void TypeInto(QWidget* box, const QString& text) {
+    box->setFocus(Qt::MouseFocusReason);
+    for (const QChar ch : text) {
+        if (ch.unicode() < 0x80) {
+            QTest::keyClick(box, ch.toLatin1());
+        } else {
+            // Keys beyond ASCII (kana, kanji) arrive as text, as from an input method.
+            QKeyEvent press(QEvent::KeyPress, Qt::Key_unknown, Qt::NoModifier, QString(ch));
+            QApplication::sendEvent(box, &press);
+        }
+    }
+}
+
+// The named child, failing the test when there is none.
+template <class T>
+T* Find(const QObject* parent, const char* name) {
+    T* child = parent->findChild<T*>(QString::fromUtf8(name));
+    EXPECT_NE(child, nullptr) << "no control " << name;
+    return child;
+}
+
+inline QString U(const char* utf8) {
+    return QString::fromUtf8(utf8);
+}
+
+}  // namespace orin::test
