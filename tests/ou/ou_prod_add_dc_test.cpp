@@ -34,8 +34,15 @@ const Csv kAdd = [] {
     return Csv(columns);
 }();
 
-class OUAddTest : public test::OUProdTest {
+// Every test runs twice: with the fast path and the exact way alone. Both must leave the same
+// log and the same directory.
+class OUAddTest : public test::OUProdTest, public ::testing::WithParamInterface<bool> {
   protected:
+    void SetUp() override {
+        OUProdTest::SetUp();
+        SetOUFastPath(GetParam());
+    }
+
     // The OU cells of a row: the test's OU, then `below`.
     Values At(std::vector<std::string> below) {
         below.insert(below.begin(), Top());
@@ -46,7 +53,7 @@ class OUAddTest : public test::OUProdTest {
     }
 };
 
-TEST_F(OUAddTest, AddsAThreeLevelTreeParentFirstWithItsProperties) {
+TEST_P(OUAddTest, AddsAThreeLevelTreeParentFirstWithItsProperties) {
     auto log = Run(OperationKind::Add,
                    {kAdd.Header(), "# a comment between the rows", kAdd.Row(At({"a"})),
                     kAdd.Row(At({"a", "b"})),
@@ -70,7 +77,7 @@ TEST_F(OUAddTest, AddsAThreeLevelTreeParentFirstWithItsProperties) {
     EXPECT_EQ(gRun.lngLastCreatedLine, 5);
 }
 
-TEST_F(OUAddTest, RefusedRowsNameTheirReasonAndChangeNothing) {
+TEST_P(OUAddTest, RefusedRowsNameTheirReasonAndChangeNothing) {
     Make("organizationalUnit", "OU=taken");
     Make("container", "CN=beside");
     auto log =
@@ -93,7 +100,7 @@ TEST_F(OUAddTest, RefusedRowsNameTheirReasonAndChangeNothing) {
     EXPECT_TRUE(Exists(OuDn({"beside"})));
 }
 
-TEST_F(OUAddTest, HeaderErrorsComeAfterMirrorAndBeforeThePath) {
+TEST_P(OUAddTest, HeaderErrorsComeAfterMirrorAndBeforeThePath) {
     const Csv noEnd({"OU-Start", "Mirror", "description"});
     const Csv reversed({"OU-End", "OU-Start", "Mirror"});
     auto log = Run(OperationKind::Add, {noEnd.Header(), noEnd.Row({{"OU-Start", Top()}}),
@@ -110,7 +117,7 @@ TEST_F(OUAddTest, HeaderErrorsComeAfterMirrorAndBeforeThePath) {
                        Summary(1, 0, 0, 1));
 }
 
-TEST_F(OUAddTest, MirrorRowsAddOneAcePerRowAndCountTheOUOnce) {
+TEST_P(OUAddTest, MirrorRowsAddOneAcePerRowAndCountTheOUOnce) {
     Make("group", "CN=g1", Sam("g1"));
     Make("group", "CN=g2", Sam("g2"));
     auto ace = [](const std::string& account, const std::string& rights) {
@@ -133,7 +140,7 @@ TEST_F(OUAddTest, MirrorRowsAddOneAcePerRowAndCountTheOUOnce) {
     EXPECT_EQ(g2Mask & 0x4, 0x4u) << std::hex << g2Mask;
 }
 
-TEST_F(OUAddTest, AFailingMirrorRowTakesTheChainsOUAway) {
+TEST_P(OUAddTest, AFailingMirrorRowTakesTheChainsOUAway) {
     auto log = Run(OperationKind::Add,
                    {kAdd.Header(), kAdd.Row(At({"gone"}) + Values{{"description", "first"}}),
                     kAdd.Row(At({"gone"}) + Values{{"Mirror", "YES"},
@@ -150,7 +157,7 @@ TEST_F(OUAddTest, AFailingMirrorRowTakesTheChainsOUAway) {
     EXPECT_TRUE(Exists(OuDn({"stays"})));
 }
 
-TEST_F(OUAddTest, AFailingFirstRowSkipsItsMirrorRows) {
+TEST_P(OUAddTest, AFailingFirstRowSkipsItsMirrorRows) {
     Make("organizationalUnit", "OU=dup");
     auto log = Run(OperationKind::Add,
                    {kAdd.Header(), kAdd.Row(At({"dup"})),
@@ -162,7 +169,7 @@ TEST_F(OUAddTest, AFailingFirstRowSkipsItsMirrorRows) {
     EXPECT_TRUE(Exists(OuDn({"dup"})));  // the chain didn't make it, so it doesn't go
 }
 
-TEST_F(OUAddTest, ManagerIsAUserInItsContainer) {
+TEST_P(OUAddTest, ManagerIsAUserInItsContainer) {
     Make("user", "CN=boss", Sam("boss"));
     Make("group", "CN=team", Sam("team"));
     auto log = Run(
@@ -192,7 +199,7 @@ TEST_F(OUAddTest, ManagerIsAUserInItsContainer) {
         EXPECT_FALSE(Exists(OuDn({rolledBack}))) << rolledBack;
 }
 
-TEST_F(OUAddTest, ManagerHeadersMissingFailWithoutTakingTheOUAway) {
+TEST_P(OUAddTest, ManagerHeadersMissingFailWithoutTakingTheOUAway) {
     const Csv noManagerSpan({"OU-Start", "OU-End", "description", "MgrRDN", "Mirror"});
     auto log = Run(OperationKind::Add,
                    {noManagerSpan.Header(), noManagerSpan.Row({{"OU-Start", Top()},
@@ -207,7 +214,7 @@ TEST_F(OUAddTest, ManagerHeadersMissingFailWithoutTakingTheOUAway) {
     EXPECT_EQ(Attr(OuDn({"kept"}), "description"), "written");
 }
 
-TEST_F(OUAddTest, InheritParentAclBlocksWithOrWithoutCopies) {
+TEST_P(OUAddTest, InheritParentAclBlocksWithOrWithoutCopies) {
     auto log = Run(OperationKind::Add,
                    {kAdd.Header(), kAdd.Row(At({"inherit"}) + Values{{"InheritParentACL", "0"}}),
                     kAdd.Row(At({"copies"}) + Values{{"InheritParentACL", "1"}}),
@@ -228,7 +235,7 @@ TEST_F(OUAddTest, InheritParentAclBlocksWithOrWithoutCopies) {
     EXPECT_FALSE(Exists(OuDn({"bad"})));
 }
 
-TEST_F(OUAddTest, RemDefaultAclKeepsTheExceptionsAndWarnsOfTheMissingOnes) {
+TEST_P(OUAddTest, RemDefaultAclKeepsTheExceptionsAndWarnsOfTheMissingOnes) {
     auto log = Run(
         OperationKind::Add,
         {kAdd.Header(),
@@ -250,7 +257,7 @@ TEST_F(OUAddTest, RemDefaultAclKeepsTheExceptionsAndWarnsOfTheMissingOnes) {
     EXPECT_FALSE(Exists(OuDn({"refused"})));
 }
 
-TEST_F(OUAddTest, AceModesAndTheOverwriteThatNeedsAnInheritOption) {
+TEST_P(OUAddTest, AceModesAndTheOverwriteThatNeedsAnInheritOption) {
     Make("group", "CN=readers", Sam("readers"));
     const std::string readers = Sam("readers");
     auto ace = [&](const std::string& mode, const std::string& inherit) {
@@ -293,7 +300,7 @@ TEST_F(OUAddTest, AceModesAndTheOverwriteThatNeedsAnInheritOption) {
     EXPECT_TRUE(Exists(OuDn({"none"})));
 }
 
-TEST_F(OUAddTest, AnUnknownAccountFailsTheAddOfItsAce) {
+TEST_P(OUAddTest, AnUnknownAccountFailsTheAddOfItsAce) {
     auto log =
         Run(OperationKind::Add,
             {kAdd.Header(), kAdd.Row(At({"ghost"}) + Values{{"AceSamAccountName", "NoSuchOne"},
@@ -303,7 +310,7 @@ TEST_F(OUAddTest, AnUnknownAccountFailsTheAddOfItsAce) {
     EXPECT_FALSE(Exists(OuDn({"ghost"})));
 }
 
-TEST_F(OUAddTest, CancelBetweenMirrorRowsTakesTheOUAway) {
+TEST_P(OUAddTest, CancelBetweenMirrorRowsTakesTheOUAway) {
     auto mirror = Values{{"Mirror", "YES"},
                          {"AceSamAccountName", "Domain Admins"},
                          {"AceOpeMode", "0"},
@@ -320,7 +327,7 @@ TEST_F(OUAddTest, CancelBetweenMirrorRowsTakesTheOUAway) {
     EXPECT_FALSE(Exists(OuDn({"half"})));
 }
 
-TEST_F(OUAddTest, CancelAfterACompleteOUKeepsIt) {
+TEST_P(OUAddTest, CancelAfterACompleteOUKeepsIt) {
     op.onYield = [](int) { gRun.intCancel = 1; };
     auto log =
         Run(OperationKind::Add, {kAdd.Header(), kAdd.Row(At({"whole"})), kAdd.Row(At({"never"}))});
@@ -328,6 +335,9 @@ TEST_F(OUAddTest, CancelAfterACompleteOUKeepsIt) {
     EXPECT_TRUE(Exists(OuDn({"whole"})));
     EXPECT_FALSE(Exists(OuDn({"never"})));
 }
+
+INSTANTIATE_TEST_SUITE_P(FastAndExact, OUAddTest, ::testing::Values(true, false),
+                         [](const auto& info) { return info.param ? "Fast" : "Exact"; });
 
 }  // namespace
 }  // namespace orin
