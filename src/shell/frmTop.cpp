@@ -362,8 +362,12 @@ void frmTop::OpenHelp() {
 
 void frmTop::ShowLoginFromMenu() {
     gSession.LoginFromMenu = true;
-    frmLogin dialog(this);
-    dialog.ShowModal();
+    {
+        frmLogin dialog(this);
+        dialog.ShowModal();
+    }
+    // The window comes back to the front, and its activation shows what the dialog changed.
+    activateWindow();
 }
 
 void frmTop::ShowOptions() {
