@@ -1,0 +1,201 @@
+// orin-cli against the test DC: the exit statuses of real runs through the OU engines, the
+// summary on stdout, the questions with and without --yes, and where the password comes from.
+
+#include <gtest/gtest.h>
+
+#include "CliTestSupport.h"
+#include "directory/Bind.h"
+#include "directory/DirectorySession.h"
+#include "platform/TextFile.h"
+#include "support/TestDc.h"
+
+namespace orin {
+namespace {
+
+using test::CliResult;
+
+class CliDcTest : public test::DcTest {
+  protected:
+    void SetUp() override {
+        test::DcTest::SetUp();
+        ASSERT_TRUE(std::filesystem::exists(test::CliPath())) << "build the orin-cli target";
+        name = ou().Rdn().substr(3);
+        password = (home / "password").string();
+        std::ofstream(password) << test::TestDc().adminPassword << "\n";
+    }
+
+    // The OU CSV of a run: the test's OU first in every path.
+    std::string Csv(const std::vector<std::string>& rows,
+                    const std::string& header = "!OU-Start,,OU-End,Mirror,description") {
+        std::vector<std::string> lines = {header};
+        for (const std::string& row : rows) lines.push_back(name + "," + row);
+        const std::string path = (home / "run.csv").string();
+        test::WriteCsv(path, lines);
+        return path;
+    }
+
+    std::vector<std::string> Args(const std::string& op, const std::string& mode,
+                                  const std::string& csv, bool yes = true) {
+        const test::TestDcInfo& dc = test::TestDc();
+        std::vector<std::string> args = {"run",
+                                         "--kind",
+                                         "ou",
+                                         "--op",
+                                         op,
+                                         "--mode",
+                                         mode,
+                                         "--csv",
+                                         csv,
+                                         "--dns",
+                                         dc.dnsDomain,
+                                         "--netbios",
+                                         dc.netbiosDomain,
+                                         "--method",
+                                         "remote",
+                                         "--server",
+                                         dc.fqdn,
+                                         "--user",
+                                         dc.adminUser,
+                                         "--password-file",
+                                         password,
+                                         "--ca-file",
+                                         dc.caFile};
+        if (yes) args.push_back("--yes");
+        return args;
+    }
+
+    CliResult Cli(const std::vector<std::string>& args,
+                  const std::map<std::string, std::string>& env = {}) {
+        return test::RunCli(home.path(), args, env);
+    }
+
+    // The last summary block of Event.log, as the CLI should have printed it.
+    std::vector<std::string> LastSummary() {
+        const std::vector<std::string> log = test::ReadLines(home / "Event.log");
+        for (size_t i = log.size(); i-- > 0;)
+            if (log[i].starts_with("ｵﾌﾞｼﾞｪｸﾄ総数： ")) return {log.begin() + long(i), log.end()};
+        return {};
+    }
+
+    bool Exists(const std::string& relative) {
+        DirObject object;
+        return BindObject("LDAP://" + relative + "," + ou().Dn(), object);
+    }
+
+    test::ScratchFolder home;
+    std::string name;
+    std::string password;
+};
+
+TEST_F(CliDcTest, CleanImitationExitsZeroAndPrintsItsSummary) {
+    const CliResult result = Cli(Args("add", "imitate", Csv({"a,,,", "a,b,,"})));
+    EXPECT_EQ(result.status, 0) << result.err;
+    EXPECT_EQ(test::OutLines(result),
+              (std::vector<std::string>{"ｵﾌﾞｼﾞｪｸﾄ総数： 2", "処理完了数： 2", "処理成功数： 2",
+                                        "処理警告数： 0", "処理失敗数： 0",
+                                        "ｷｬﾝｾﾙによる中断の有無： 無", std::string(50, '-')}));
+    EXPECT_EQ(test::OutLines(result), LastSummary());
+    EXPECT_NE(result.err.find("組織単位の模擬追加: 組織単位の模擬追加処理を開始してよろしいですか？"
+                              " [y/n] y\n"),
+              std::string::npos);
+    EXPECT_FALSE(Exists("OU=a"));
+
+    // The settings that were used are kept for the next start, the password never.
+    std::vector<std::string> ini;
+    ASSERT_TRUE(platform::ReadAllLines(home / "Orin.ini", ini));
+    std::string all;
+    for (const std::string& line : ini) all += line + "\n";
+    EXPECT_NE(all.find("DcComputerName=" + test::TestDc().fqdn), std::string::npos);
+    EXPECT_NE(all.find("Method=remote"), std::string::npos);
+    EXPECT_EQ(all.find(test::TestDc().adminPassword), std::string::npos);
+}
+
+TEST_F(CliDcTest, WithoutYesAndWithoutATerminalTheStartQuestionIsAnsweredNo) {
+    const CliResult result = Cli(Args("add", "production", Csv({"a,,,"}), false));
+    EXPECT_EQ(result.status, 3);
+    EXPECT_EQ(result.out, "");
+    EXPECT_EQ(result.err,
+              "組織単位の本番追加: 組織単位の本番追加処理を開始してよろしいですか？ [y/n] n\n");
+    EXPECT_FALSE(std::filesystem::exists(home / "Event.log"));
+    EXPECT_FALSE(Exists("OU=a"));
+}
+
+TEST_F(CliDcTest, AFailedRowExitsOneAndDeleteAsksTwice) {
+    const CliResult add = Cli(Args("add", "production", Csv({"made,,,", "missing,child,,"})));
+    EXPECT_EQ(add.status, 1) << add.err;
+    EXPECT_TRUE(Exists("OU=made"));
+    const std::vector<std::string> summary = test::OutLines(add);
+    ASSERT_EQ(summary.size(), 7u);
+    EXPECT_EQ(summary[4], "処理失敗数： 1");
+    const std::vector<std::string> log = test::ReadLines(home / "Event.log");
+    EXPECT_NE(std::find_if(log.begin(), log.end(),
+                           [](const std::string& l) { return l.starts_with("3行, 失敗, "); }),
+              log.end());
+
+    const CliResult del =
+        Cli(Args("del", "production", Csv({"made,,,No"}, "!OU-Start,,OU-End,Mirror,IfDelSubObj")));
+    EXPECT_EQ(del.status, 0) << del.err;
+    EXPECT_NE(del.err.find("本番削除処理を続行しますか？ [y/n] y"), std::string::npos);
+    EXPECT_NE(del.err.find("組織単位の本番削除処理を開始してよろしいですか？ [y/n] y"),
+              std::string::npos);
+    EXPECT_FALSE(Exists("OU=made"));
+}
+
+TEST_F(CliDcTest, ADifferenceWithoutFailureExitsTwo) {
+    // The test's own OU has no description.
+    std::vector<std::string> lines = {"!OU-Start,OU-End,Mirror,description",
+                                      name + ",,,not what it says"};
+    const std::string csv = (home / "compare.csv").string();
+    test::WriteCsv(csv, lines);
+    const CliResult result = Cli(Args("add", "compare", csv));
+    EXPECT_EQ(result.status, 2) << result.err;
+    const std::vector<std::string> summary = test::OutLines(result);
+    ASSERT_EQ(summary.size(), 7u);
+    EXPECT_EQ(summary[3], "相違数： 1");
+    EXPECT_EQ(summary, LastSummary());
+}
+
+TEST_F(CliDcTest, ARefusedPasswordExitsFour) {
+    std::ofstream(password) << "not-the-password\n";
+    const CliResult result = Cli(Args("add", "imitate", Csv({"a,,,"})));
+    EXPECT_EQ(result.status, 4);
+    EXPECT_EQ(result.out, "");
+    EXPECT_EQ(result.err,
+              "ﾄﾞﾒｲﾝ接続: ﾘﾓｰﾄｺﾝﾋﾟｭｰﾀに対するﾄﾞﾒｲﾝ接続認証が失敗しました！\n"
+              "完全なDNS名のﾄﾞﾒｲﾝ認証が失敗。\n");
+    EXPECT_FALSE(std::filesystem::exists(home / "Event.log"));
+}
+
+TEST_F(CliDcTest, PasswordFromTheEnvironmentAndTheTestDcTrustedExplicitly) {
+    std::vector<std::string> args = Args("mov", "imitate", Csv({"a,,,"}));
+    // Neither the password file nor the CA file: ORIN_PASSWORD and --trust-test-dc instead.
+    args.erase(args.end() - 5, args.end() - 1);
+    args.push_back("--trust-test-dc");
+    const CliResult result =
+        Cli(args, {{"ORIN_PASSWORD", test::TestDc().adminPassword}, {"LDAPTLS_CACERT", ""}});
+    // The imitated move of an OU that isn't there fails its row: the connection stood.
+    EXPECT_EQ(result.status, 1) << result.err;
+    EXPECT_EQ(test::OutLines(result).size(), 7u);
+}
+
+TEST_F(CliDcTest, CtrlCIsTheCancelButton) {
+    std::vector<std::string> rows;
+    for (int i = 0; i < 300; ++i) rows.push_back("r" + std::to_string(i) + ",,,");
+    std::string command = "ORIN_HOME=" + test::ShellQuote(home.path().string()) + " " +
+                          test::ShellQuote(test::CliPath());
+    for (const std::string& arg : Args("add", "imitate", Csv(rows)))
+        command += " " + test::ShellQuote(arg);
+    // The press comes while the connection or the progress window's first second is under way.
+    command = "sh -c " + test::ShellQuote(command + " </dev/null >" +
+                                          test::ShellQuote((home / "out").string()) +
+                                          " 2>/dev/null & p=$!; sleep 1.5; kill -INT $p; wait $p");
+    const int raw = std::system(command.c_str());
+    ASSERT_TRUE(WIFEXITED(raw));
+    EXPECT_EQ(WEXITSTATUS(raw), 130);
+    const std::string out = test::ReadBytes(home / "out");
+    EXPECT_TRUE(out.starts_with("ｵﾌﾞｼﾞｪｸﾄ総数： 300\n")) << out;
+    EXPECT_NE(out.find("ｷｬﾝｾﾙによる中断の有無： 有\nｷｬﾝｾﾙ時の処理済最終行： "), std::string::npos);
+}
+
+}  // namespace
+}  // namespace orin
