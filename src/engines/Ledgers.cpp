@@ -10,10 +10,13 @@ Ledger AddLedger;
 Ledger RenameLedger;
 int32_t RenameCount = 0;
 
-void Ledger::Reset(int fields, int32_t entries) {
+void Ledger::Reset(int fields, int32_t expectedEntries) {
+    // Entries are made as rows write them: a run of a million rows that renames nothing
+    // shouldn't hold a million blank entries. The expected count only reserves room.
+    constexpr int32_t kReserveLimit = 4096;
     fields_ = std::max(fields, 0);
-    entries_.assign(static_cast<size_t>(std::max<int32_t>(entries, 0)),
-                    std::vector<std::string>(static_cast<size_t>(fields_)));
+    entries_.clear();
+    entries_.reserve(static_cast<size_t>(std::clamp<int32_t>(expectedEntries, 0, kReserveLimit)));
 }
 
 const std::string& Ledger::Get(int field, int32_t entry) const {

@@ -23,15 +23,17 @@ namespace orin {
 
 class Ledger {
   public:
-    // Blanks the table and sizes it for `fields` fields and `entries` entries.
-    void Reset(int fields, int32_t entries);
+    // Empties the table and gives it `fields` fields, with room for `expectedEntries`.
+    void Reset(int fields, int32_t expectedEntries);
 
     int Fields() const { return fields_; }
+    // One past the highest entry written so far.
     int32_t Entries() const { return static_cast<int32_t>(entries_.size()); }
 
-    // "" for a field or an entry outside the table.
+    // "" for a field or an entry that hasn't been written.
     const std::string& Get(int field, int32_t entry) const;
-    // Grows the table when the entry lies beyond its size; a field outside it is ignored.
+    // Writes one field of an entry, making the entries up to it; a field outside the table is
+    // ignored.
     void Set(int field, int32_t entry, std::string value);
 
   private:
@@ -43,9 +45,9 @@ extern Ledger AddLedger;
 extern Ledger RenameLedger;
 extern int32_t RenameCount;
 
-// Empties the ledgers for a run of `kind` with `rowCount` data rows: one entry a row is enough,
-// since a row adds at most one entry to each. The add ledger has 2 fields for OUs and 5 for the
-// other kinds; the rename ledger 3.
+// Empties the ledgers for a run of `kind` with `rowCount` data rows (a row adds at most one
+// entry to each). The add ledger has 2 fields for OUs and 5 for the other kinds; the rename
+// ledger 3. The OU imitate and compare engines call it on the first row of their run.
 void ResetLedgers(ObjectKind kind, int32_t rowCount);
 
 // OU paths in the ledgers are compared whole and upper-cased. A path "lies under" another when

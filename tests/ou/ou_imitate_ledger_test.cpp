@@ -15,30 +15,23 @@ void Rename(int32_t line, const std::string& newPath, const std::string& oldPath
     ++RenameCount;
 }
 
-TEST(OUImitateLedger, ResetSizesAndBlanksTheTables) {
+TEST(OUImitateLedger, ResetEmptiesAndWritesGrow) {
     ResetLedgers(ObjectKind::OU, 3);
-    AddLedger.Set(1, 0, "OU=a");
+    AddLedger.Set(1, 4, "OU=a");  // beyond the rows counted: the table grows
     Rename(2, "OU=b", "OU=a");
-    ResetLedgers(ObjectKind::OU, 3);
-    EXPECT_EQ(AddLedger.Fields(), 2);
-    EXPECT_EQ(AddLedger.Entries(), 3);
-    EXPECT_EQ(AddLedger.Get(1, 0), "");
-    EXPECT_EQ(RenameLedger.Fields(), 3);
-    EXPECT_EQ(RenameCount, 0);
+    EXPECT_EQ(AddLedger.Entries(), 5);
+    EXPECT_EQ(AddLedger.Get(1, 4), "OU=a");
+    EXPECT_EQ(AddLedger.Get(0, 4), "");
+    AddLedger.Set(2, 0, "ignored");  // an OU's add ledger has two fields
+    EXPECT_EQ(AddLedger.Get(2, 0), "");
 
+    ResetLedgers(ObjectKind::OU, 3);
+    EXPECT_EQ(AddLedger.Get(1, 4), "");
+    EXPECT_EQ(RenameLedger.Get(1, 0), "");
+    EXPECT_EQ(RenameCount, 0);
+    EXPECT_EQ(RenameLedger.Fields(), 3);
     ResetLedgers(ObjectKind::Group, 1);
     EXPECT_EQ(AddLedger.Fields(), 5);
-}
-
-TEST(OUImitateLedger, OutOfRangeReadsBlankAndWritesGrow) {
-    ResetLedgers(ObjectKind::OU, 1);
-    EXPECT_EQ(AddLedger.Get(0, 5), "");
-    EXPECT_EQ(AddLedger.Get(7, 0), "");
-    AddLedger.Set(1, 4, "OU=x");  // beyond the size the driver gave: the table grows
-    EXPECT_EQ(AddLedger.Entries(), 5);
-    EXPECT_EQ(AddLedger.Get(1, 4), "OU=x");
-    AddLedger.Set(2, 0, "ignored");  // no such field for OUs
-    EXPECT_EQ(AddLedger.Get(2, 0), "");
 }
 
 TEST(OUImitateLedger, EntriesAtAndAboveTheCountAreNotInForce) {

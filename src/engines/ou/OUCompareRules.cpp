@@ -7,6 +7,7 @@
 #include "directory/DirectorySession.h"
 #include "directory/Paths.h"
 #include "engines/Ledgers.h"
+#include "engines/ou/OUCommon.h"
 #include "platform/Strings.h"
 #include "run/Outcome.h"
 #include "run/RunContext.h"
@@ -61,9 +62,9 @@ void CompareManagerOfAdd(DirObject& ou, const Cells& cells, const Columns& colum
     const std::string manager = Cell(cells, columns, "MgrRDN");
     if (manager.empty()) return;
     CheckSpan(columns, "MgrOU-Start", "MgrOU-End", 1005, 1006);
-    auto container = ContainerOf(cells, columns, "MgrOU-Start", "MgrOU-End");
-    if (!container) Raise(2020);
-    const std::string managerDn = "CN=" + manager + "," + *container;
+    const std::string managerDn = ObjectDnInContainer(cells, ColumnOf(columns, "MgrOU-Start"),
+                                                      ColumnOf(columns, "MgrOU-End"), manager);
+    if (managerDn.empty()) Raise(2020);
     DirObject object;
     if (!BindObject("LDAP://" + managerDn, object)) Raise(1007);
     CompareManagerDn(ou, managerDn);

@@ -3,10 +3,10 @@
 
 #include <string>
 
-#include "directory/Bind.h"
 #include "directory/DirObject.h"
 #include "directory/Paths.h"
 #include "engines/Ledgers.h"
+#include "engines/ou/OUCommon.h"
 #include "engines/ou/OUModes.h"
 #include "engines/ou/OUModesAcl.h"
 #include "engines/ou/OUModesCommon.h"
@@ -20,16 +20,13 @@ using namespace oumodes;
 
 namespace {
 
-// The manager must exist and be a user, as the add would find it; nothing is written.
+// The manager must exist and be a user, found as the add finds it; nothing is written.
 void CheckManager(const Cells& cells, const Columns& columns) {
     const std::string manager = Cell(cells, columns, "MgrRDN");
     if (manager.empty()) return;
-    CheckSpan(columns, "MgrOU-Start", "MgrOU-End", 1005, 1006);
-    auto container = ContainerOf(cells, columns, "MgrOU-Start", "MgrOU-End");
-    if (!container) Raise(2020);
-    DirObject object;
-    if (!BindObject("LDAP://CN=" + manager + "," + *container, object)) Raise(1007);
-    if (object.Class() != "user") Raise(1123);
+    const ManagerLookup found = LookUpManager(cells, ColumnOf(columns, "MgrOU-Start"),
+                                              ColumnOf(columns, "MgrOU-End"), manager);
+    if (found.failure != 0) Raise(found.failure);
 }
 
 // Where the OU would stand: not in the directory yet, not added by an earlier row, and under a

@@ -99,14 +99,6 @@ std::optional<std::string> DefaultContainerOf(const Cells& cells, const Columns&
     return dn;
 }
 
-std::optional<std::string> ContainerOf(const Cells& cells, const Columns& columns,
-                                       std::string_view start, std::string_view end) {
-    const std::string path = SpanPath(cells, columns, start, end);
-    if (path.empty()) return gSession.DomainDN;
-    if (OUPathExists(path)) return FullDn(path);
-    return DefaultContainerOf(cells, columns, start, end);
-}
-
 bool AccountExists(std::string_view samAccountName) {
     const std::string command = "<" + gSession.RootLdapPath +
                                 ">;(&(samAccountName=" + FilterValue(samAccountName) +

@@ -49,11 +49,6 @@ bool OUPathExists(std::string_view ouPath);
 // "CN=" + that cell exists under the domain, its distinguished name ("CN=Users,DC=..").
 std::optional<std::string> DefaultContainerOf(const Cells& cells, const Columns& columns,
                                               std::string_view start, std::string_view end);
-// The container of an object named in a span, "OU=" form first: the domain for an empty span,
-// the OU when it exists, else the default container of one level; nullopt when none exists.
-std::optional<std::string> ContainerOf(const Cells& cells, const Columns& columns,
-                                       std::string_view start, std::string_view end);
-
 // True when an object of any class has this sAMAccountName.
 bool AccountExists(std::string_view samAccountName);
 
