@@ -153,24 +153,3 @@ TEST(TemplateSamples, OtherTemplatesNameWhatTheAddTemplatesMake) {
         }
     }
 }
-
-TEST(TemplateSamples, UserTemplatesShowTheThreePersons) {
-    const Samples add = ReadSamples(ObjectKind::User, OperationKind::Add);
-    std::map<std::string, std::string> logonByName;
-    for (const auto& row : add.rows)
-        if (!add.IsMirror(row)) logonByName[add.Cell(row, "RDN")] = add.Cell(row, "sAMAccountName");
-    EXPECT_EQ(logonByName, (std::map<std::string, std::string>{{"川原　一郎", "ichiro.kawahara"},
-                                                               {"森　健二", "kenji.mori"},
-                                                               {"林　三郎", "saburo.hayashi"}}));
-
-    for (const auto& row : add.rows) {
-        if (add.IsMirror(row)) continue;
-        const std::string logon = add.Cell(row, "sAMAccountName");
-        EXPECT_EQ(add.Cell(row, "userPrincipalName"), logon);
-        EXPECT_TRUE(add.Cell(row, "profilePath").ends_with("\\" + logon));
-        EXPECT_EQ(add.Cell(row, "scriptPath"), "logon.bat");
-        // Every computer a user may log on to fits the pre-Windows 2000 length of 15.
-        for (const std::string& computer : Split(add.Cell(row, "userWorkstations"), ';'))
-            EXPECT_LE(computer.size(), 15u);
-    }
-}
