@@ -186,7 +186,8 @@ void TerminalOperator::ShowProgress(const std::function<void()>& run) {
 }
 
 void TerminalOperator::DrawBar() {
-    if (!stderrTerminal_ || !progressShown_) return;
+    // Nothing to show until the window's load has set the total.
+    if (!stderrTerminal_ || !progressShown_ || total_ <= 0) return;
     const int filled = total_ > 0 ? static_cast<int>(int64_t{value_} * kBarWidth / total_) : 0;
     std::string bar(static_cast<size_t>(std::clamp(filled, 0, kBarWidth)), '#');
     bar.resize(kBarWidth, ' ');

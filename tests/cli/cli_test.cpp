@@ -36,14 +36,9 @@ TEST_F(CliTest, ABadCommandLineGetsItsReasonAndTheUsage) {
         {{"run", "--kind=ou", "--op=add", "--mode=imitate", "--csv=a", "--ca-file", "ca.pem",
           "--trust-test-dc"},
          "--ca-file と --trust-test-dc は同時に指定できません。"},
-        {{"run", "--kind", "ou", "--op", "add", "--mode", "imitate", "--csv", "a", "--method",
-          "kerberos"},
-         "--method の値が正しくありません: kerberos"},
         {{"template", "--kind", "share", "--op", "add", "--out"},
          "ｵﾌﾟｼｮﾝ --out に値がありません。"},
         {{"template", "--kind", "ou", "--op", "exp", "--out", "t.csv"}, "ﾃﾝﾌﾟﾚｰﾄは"},
-        {{"template", "--kind", "ou", "--op", "add", "--out", "t.csv", "--force"},
-         "不明なｵﾌﾟｼｮﾝです: --force"},
     };
     for (const auto& [args, reason] : cases) {
         const test::CliResult result = RunCli(home.path(), args);

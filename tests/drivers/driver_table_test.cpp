@@ -102,17 +102,6 @@ TEST(DriverTable, StartMethodsCoverTheDriversAndNothingElse) {
         EXPECT_NE(FindDriver(slot.kind, slot.op, mode), nullptr) << slot.name;
     }
     EXPECT_EQ(slots.size(), 52u);
-    // Slot 18 is the computer export, out of the order of the other kinds.
-    EXPECT_EQ(StartMethodTable()[18].name, "StartExp_Com");
-    EXPECT_EQ(StartMethodTable()[51].name, "StartCompareExp_GPO");
-}
-
-TEST(DriverTable, RowOperationOfEachMode) {
-    EXPECT_EQ(RowOperationOf(OperationKind::Mov, RunMode::Production), 2);
-    EXPECT_EQ(RowOperationOf(OperationKind::Mov, RunMode::Imitate), 6);
-    EXPECT_EQ(RowOperationOf(OperationKind::Mov, RunMode::Compare), 10);
-    EXPECT_EQ(RowOperationOf(OperationKind::Exp, RunMode::Compare), 12);
-    EXPECT_EQ(RowOperationOf(OperationKind::Exp, RunMode::Production), -1);
 }
 
 class DriverResetTest : public DriverTest {
