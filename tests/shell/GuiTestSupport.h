@@ -5,6 +5,8 @@
 #include <gtest/gtest.h>
 
 #include <QApplication>
+#include <QDialog>
+#include <QElapsedTimer>
 #include <QKeyEvent>
 #include <QMessageBox>
 #include <QPushButton>
@@ -60,6 +62,7 @@ class ModalPlayer {
     };
 
     ModalPlayer() {
+        clock_.start();
         timer_.setInterval(10);
         QObject::connect(&timer_, &QTimer::timeout, [this] { Look(); });
         timer_.start();
@@ -73,6 +76,12 @@ class ModalPlayer {
     void Look() {
         QWidget* modal = QApplication::activeModalWidget();
         if (!modal || modal == done_ || !modal->isVisible()) return;
+        if (clock_.elapsed() > kPatienceMilliseconds) {
+            // A script that never finishes would hang the test: close the window instead.
+            ADD_FAILURE() << "modal window left unanswered: " << modal->windowTitle().toStdString();
+            if (auto* dialog = qobject_cast<QDialog*>(modal)) dialog->done(0);
+            return;
+        }
         if (auto* box = qobject_cast<QMessageBox*>(modal)) {
             if (box != recorded_) boxes.push_back({box->windowTitle(), box->text()});
             recorded_ = box;
@@ -80,6 +89,8 @@ class ModalPlayer {
         if (onModal && onModal(modal)) done_ = modal;
     }
 
+    static constexpr qint64 kPatienceMilliseconds = 30000;
+    QElapsedTimer clock_;
     QTimer timer_;
     QWidget* done_ = nullptr;
     QWidget* recorded_ = nullptr;
