@@ -25,8 +25,8 @@
 #include "run/Trace.h"
 #include "shell/EventLogViewer.h"
 #include "shell/ShellSupport.h"
-#include "shell/TemplateDialog.h"
 #include "shell/frmAbout.h"
+#include "shell/frmCreateTemplate.h"
 #include "shell/frmLogin.h"
 #include "shell/frmOptions.h"
 
@@ -122,10 +122,8 @@ void frmTop::BuildMenu() {
     QAction* exit = mnuFile_->addAction(Q("終了(&X)"), this, &QWidget::close);
     exit->setObjectName("mnuFileItem(3)");
     // The export page has no template.
-    connect(mnuFile_, &QMenu::aboutToShow, this, [this] {
-        mnuFileTemplate_->setEnabled(CurrentOperation != kOperationExp &&
-                                     TemplateDialogAvailable());
-    });
+    connect(mnuFile_, &QMenu::aboutToShow, this,
+            [this] { mnuFileTemplate_->setEnabled(CurrentOperation != kOperationExp); });
 
     QMenu* option = menuBar()->addMenu(Q("ｵﾌﾟｼｮﾝ(&O)"));
     option->setObjectName("mnuOption");
@@ -343,7 +341,9 @@ void frmTop::OpenFile(OperationKind op) {
 
 void frmTop::CreateTemplateFile(OperationKind op) {
     if (op == OperationKind::Exp) return;
-    ShowTemplateDialog(this, static_cast<ObjectKind>(CurrentObject - 1), op);
+    frmCreateTemplate dialog(this, static_cast<ObjectKind>(CurrentObject - 1), op);
+    dialog.move(frameGeometry().topLeft());
+    dialog.exec();
 }
 
 void frmTop::OpenEventLog() {

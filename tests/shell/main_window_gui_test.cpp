@@ -12,7 +12,7 @@
 #include "platform/TextFile.h"
 #include "run/Options.h"
 #include "run/OrinIni.h"
-#include "shell/TemplateDialog.h"
+#include "shell/frmCreateTemplate.h"
 #include "shell/frmTop.h"
 #include "support/ScriptedOperator.h"
 
@@ -271,8 +271,25 @@ TEST_F(MainWindowTest, TemplateMenuEntryIsDisabledOnTheExportPageOnly) {
     for (int page : {0, 3, 4, 1}) {
         Tabs()->setCurrentIndex(page);
         emit window.fileMenu()->aboutToShow();
-        EXPECT_EQ(entry->isEnabled(), page != 4 && shell::TemplateDialogAvailable()) << page;
+        EXPECT_EQ(entry->isEnabled(), page != 4) << page;
     }
+}
+
+TEST_F(MainWindowTest, TemplateButtonOpensTheTemplateDialogOfTheKind) {
+    Select(3);
+    Tabs()->setCurrentIndex(1);
+    QString title;
+    QPoint at;
+    ModalPlayer player;
+    player.onModal = [&](QWidget* modal) {
+        if (!qobject_cast<shell::frmCreateTemplate*>(modal)) return false;
+        title = modal->windowTitle();
+        at = modal->frameGeometry().topLeft();
+        return Click(modal, "btnCancel");
+    };
+    QTest::mouseClick(window.page(OperationKind::Del).btnCreateTmpFile, Qt::LeftButton);
+    EXPECT_EQ(title, shell::frmCreateTemplate::TitleFor(ObjectKind::User));
+    EXPECT_EQ(at, window.frameGeometry().topLeft());
 }
 
 TEST_F(MainWindowTest, StartButtonsHandTheirPageToTheDriver) {
