@@ -32,8 +32,6 @@ class QtOperator final : public QObject, public Operator {
     explicit QtOperator(frmTop* mainWindow = nullptr);
     ~QtOperator() override;
 
-    void SetMainWindow(frmTop* mainWindow) { main_ = mainWindow; }
-
     DomainFields MainWindowDomainFields(OperationKind op) override;
     MsgAnswer MessageBox(std::string_view title, std::string_view text, MsgIcon icon,
                          MsgButtons buttons) override;
