@@ -78,11 +78,19 @@ TEST_F(OUDeleteMoveTest, ASubtreeGoesWithEverythingInIt) {
     Make("group", "CN=g,OU=deeper,OU=sub,OU=tree", Sam("dg2"));
     Make("user", "CN=u,OU=sub,OU=tree", Sam("du"));
     Make("container", "CN=box,OU=sub,OU=tree");
+    TraceMode = 1;
     auto log = Run(OperationKind::Del,
                    {kDel.Header(), kDel.Row(At({"tree"}) + Values{{"IfDelSubObj", "yes"}}),
                     kDel.Row(At({"tree"}) + Values{{"Mirror", "YES"}})});
+    TraceMode = 0;
     EXPECT_EQ(log, Summary(1, 1, 0, 0));
     EXPECT_FALSE(Exists(OuDn({"tree"})));
+    // Depth first: the sub-OU's path is built from its parent's.
+    std::string trace = Join(test::ReadLines(TraceFilePath), "\n");
+    EXPECT_NE(trace.find("ｻﾌﾞOU削除開始。 OUﾊﾟｽ=OU=deeper,OU=sub,OU=tree," + ou().Rdn()),
+              std::string::npos);
+    EXPECT_NE(trace.find("OUでないｻﾌﾞｵﾌﾞｼﾞｪｸﾄを削除済み。"), std::string::npos);
+    EXPECT_NE(trace.find("Exit. 正常終了"), std::string::npos);
     // The operator was given the window after each of the six children, as well as per row.
     EXPECT_GE(op.yields, 2 + 6);
 }

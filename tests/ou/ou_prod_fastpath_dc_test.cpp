@@ -218,6 +218,27 @@ TEST_F(OUFastPathTest, AnAttributeTheAccountMayNotWriteEndsTheModifyAsTheExactWa
     EXPECT_EQ(fast["description"], "old");
 }
 
+TEST_F(OUFastPathTest, ARefusedClearOfTheCountryKeepsTheAddsWording) {
+    MakeOU("fast", {{"c", "US"}});
+    MakeOU("exact", {{"c", "US"}});
+    const std::string delegate = MakeDelegate("c");
+    const Csv mdf = ModifyColumns();
+    const Lines expected = Lines({"2行, 失敗, ｵﾌﾞｼﾞｪｸﾄのﾌﾟﾛﾊﾟﾃｨ[国/地域]の設定が失敗しました。"}) +
+                           Summary(1, 0, 0, 1);
+    {
+        ConnectedAs as(delegate);
+        EXPECT_EQ(
+            Run(OperationKind::Mdf, {mdf.Header(), mdf.Row(At("fast") + Values{{"c", "!C"}})}),
+            expected);
+        SetOUFastPath(false);
+        EXPECT_EQ(
+            Run(OperationKind::Mdf, {mdf.Header(), mdf.Row(At("exact") + Values{{"c", "!c"}})}),
+            expected);
+    }
+    EXPECT_EQ(Attr(OuDn({"fast"}), "c"), "US");
+    EXPECT_EQ(Attr(OuDn({"exact"}), "c"), "US");
+}
+
 TEST_F(OUFastPathTest, ANewAceLeavesTheSameAclBothWays) {
     Make("group", "CN=g1", Sam("g1"));
     Make("group", "CN=g2", Sam("g2"));

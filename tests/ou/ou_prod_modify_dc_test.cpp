@@ -243,6 +243,19 @@ TEST_P(OUModifyTest, AFailedFirstRowSkipsTheChainAndItsRename) {
     EXPECT_FALSE(Exists(OuDn({"renamed"})));
 }
 
+TEST_P(OUModifyTest, ANameLeftPendingByAnEarlierRunIsNotTaken) {
+    MakeOU("OU=first");
+    MakeOU("OU=second");
+    auto log = Run(OperationKind::Mdf,
+                   {kMdf.Header(), kMdf.Row(At({"first"}) + Values{{"NewRDN", "!C"}})});
+    ASSERT_EQ(PendingNewName, "!C");  // the failed row leaves it behind
+    // A run whose first row is a Mirror row has no chain above it, and no name to give.
+    log = Run(OperationKind::Mdf,
+              {kMdf.Header(), kMdf.Row(At({"second"}) + Values{{"Mirror", "YES"}})});
+    EXPECT_EQ(log, Summary(0, 1, 0, 0));
+    EXPECT_TRUE(Exists(OuDn({"second"})));
+}
+
 INSTANTIATE_TEST_SUITE_P(FastAndExact, OUModifyTest, ::testing::Values(true, false),
                          [](const auto& info) { return info.param ? "Fast" : "Exact"; });
 

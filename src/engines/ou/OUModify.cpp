@@ -85,6 +85,8 @@ void RenameOU(const std::string& ouPath, const std::string& newName) {
 }  // namespace
 
 void ModifyOU(const Cells& cells, int32_t lineNumber, int32_t ordinal, const Columns& columns) {
+    // A run starts with no name pending: a first row that is a Mirror row has no chain above.
+    if (ordinal == 1) PendingNewName.clear();
     EngineRun(lineNumber, ordinal, [&](RowScope&) {
         const OURow row(cells, columns);
         const FailStep fail = [](int32_t code) { Raise(code); };
