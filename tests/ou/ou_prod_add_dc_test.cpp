@@ -230,5 +230,24 @@ TEST_P(OUAddTest, CancelBetweenMirrorRowsTakesTheOUAwayButNotAWholeOne) {
 
 INSTANTIATE_TEST_SUITE_P(FastAndExact, OUAddTest, ::testing::Values(true, false), WayName);
 
+// Under the local method (Kerberos) the paths carry no server part.
+class OUAddLocalTest : public OUProdTest {
+  protected:
+    OUAddLocalTest() : OUProdTest(ConnectMethod::Local) {}
+};
+
+TEST_F(OUAddLocalTest, AddsWithManagerAndAceUnderTheLocalMethod) {
+    const std::string boss = MakeAccount("user", "boss");
+    auto log =
+        Run(OperationKind::Add,
+            {kAdd.Header(),
+             kAdd.Row(At({"a"}) + Manager("boss") + Values{{"c", "JP"}} + AceCells(boss, "0", "6")),
+             kAdd.Row(At({"a"}) + AceCells("Domain Admins", "1", "") + Values{{"Mirror", "YES"}})});
+    EXPECT_EQ(log, Summary(1, 1, 0, 0));
+    EXPECT_EQ(Attr(OuDn({"a"}), "managedBy"), "CN=boss," + ou().Dn());
+    EXPECT_EQ(Attr(OuDn({"a"}), "c"), "JP");
+    EXPECT_FALSE(AcesOf(OuDn({"a"}), boss).empty());
+}
+
 }  // namespace
 }  // namespace orin::test

@@ -93,6 +93,7 @@ inline Lines Summary(int objects, int success, int warning, int failure, bool ca
 
 class OUProdTest : public DcTest {
   protected:
+    explicit OUProdTest(ConnectMethod method = ConnectMethod::Remote) : DcTest(method) {}
     void SetUp() override {
         DcTest::SetUp();
         if (HasFatalFailure()) return;
