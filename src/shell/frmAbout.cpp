@@ -48,6 +48,7 @@ frmAbout::frmAbout(QWidget* owner) : QDialog(owner) {
     layout->addLayout(texts, 1);
     layout->addSpacing(24);
     layout->addLayout(buttons);
+    setMinimumWidth(420);
     adjustSize();
     CentreOn(this, owner);
 }
