@@ -1,5 +1,6 @@
 #include "shell/EventLogViewer.h"
 
+#include <QCloseEvent>
 #include <QFontDatabase>
 #include <QHBoxLayout>
 #include <QPlainTextEdit>
@@ -29,8 +30,9 @@ EventLogViewer* EventLogViewer::Show(const std::filesystem::path& path) {
                                  MsgIcon::Exclamation, MsgButtons::Ok);
         return nullptr;
     }
-    if (gViewer && gViewer->path_ != path) gViewer->close();
     if (!gViewer) gViewer = new EventLogViewer(path);
+    gViewer->path_ = path;
+    gViewer->setWindowTitle(Q(path.filename().string() + " - " + path.parent_path().string()));
     gViewer->Reload();
     gViewer->show();
     gViewer->raise();
@@ -41,7 +43,6 @@ EventLogViewer* EventLogViewer::Show(const std::filesystem::path& path) {
 EventLogViewer::EventLogViewer(const std::filesystem::path& path) : path_(path) {
     setObjectName("EventLogViewer");
     setAttribute(Qt::WA_DeleteOnClose);
-    setWindowTitle(Q(path.filename().string() + " - " + path.parent_path().string()));
 
     txtLog_ = new QPlainTextEdit(this);
     txtLog_->setObjectName("txtLog");
@@ -68,6 +69,12 @@ EventLogViewer::EventLogViewer(const std::filesystem::path& path) : path_(path) 
 
 EventLogViewer::~EventLogViewer() {
     if (gViewer == this) gViewer = nullptr;
+}
+
+void EventLogViewer::closeEvent(QCloseEvent* event) {
+    // A closed window is gone for the next Show, even before it is deleted.
+    if (gViewer == this) gViewer = nullptr;
+    QWidget::closeEvent(event);
 }
 
 QString EventLogViewer::text() const {

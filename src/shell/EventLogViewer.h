@@ -26,6 +26,9 @@ class EventLogViewer : public QWidget {
     // Reads the file again. False when it can't be read.
     bool Reload();
 
+  protected:
+    void closeEvent(QCloseEvent* event) override;
+
   private:
     explicit EventLogViewer(const std::filesystem::path& path);
     ~EventLogViewer() override;

@@ -36,11 +36,11 @@ namespace {
 
 constexpr const char* kWindowTitle = "ORIN  管理ｺﾝｿｰﾙ";
 
-struct ObjectButtonSpec {
+struct ObjectButtonCaption {
     const char* name;
     const char* caption;
 };
-constexpr std::array<ObjectButtonSpec, 6> kObjectButtons = {{
+constexpr std::array<ObjectButtonCaption, 6> kObjectButtons = {{
     {"btnOU", "組織単位"},
     {"btnGroup", "ｸﾞﾙｰﾌﾟ"},
     {"btnUser", "ﾕｰｻﾞｰ"},

@@ -151,19 +151,6 @@ TEST_F(MainWindowTest, DomainNamesTypedOnOnePageShowOnAllPages) {
     EXPECT_EQ(window.DomainFieldsOf(OperationKind::Exp).dns, "orin.test");
 }
 
-TEST_F(MainWindowTest, ActivationShowsTheSessionsDomainOnEveryPage) {
-    gSession.DomainDNSName = "example.test";
-    gSession.DomainNetBIOSName.clear();  // an empty name leaves the boxes as they are
-    window.page(OperationKind::Del).txtDomainNetBIOS->setText(U("KEEP"));
-    QEvent activate(QEvent::WindowActivate);
-    QApplication::sendEvent(&window, &activate);
-    for (int i = 0; i < 5; ++i) {
-        EXPECT_EQ(window.page(static_cast<OperationKind>(i)).txtDomainDNS->text(),
-                  U("example.test"));
-    }
-    EXPECT_EQ(window.page(OperationKind::Del).txtDomainNetBIOS->text(), U("KEEP"));
-}
-
 // The keyboard table, row by row.
 TEST_F(MainWindowTest, KeysFromAnObjectButton) {
     Select(3);
@@ -314,13 +301,6 @@ TEST_F(MainWindowTest, StartButtonsHandTheirPageToTheDriver) {
     EXPECT_NE(op.boxes[1].text.find("DNS"), std::string::npos) << op.boxes[1].text;
     EXPECT_EQ(gRun.strCsvPath, "/tmp/x.csv");
     EXPECT_TRUE(gRun.blnCompare);
-}
-
-TEST_F(MainWindowTest, EventLogButtonsOpenTheLogBesideTheProgram) {
-    Tabs()->setCurrentIndex(3);
-    QTest::mouseClick(window.page(OperationKind::Mdf).btnEvent, Qt::LeftButton);
-    ASSERT_EQ(op.openedLogs.size(), 1u);
-    EXPECT_EQ(op.openedLogs[0], (home / "Event.log").string());
 }
 
 TEST_F(MainWindowTest, MissingHelpFileIsTold) {

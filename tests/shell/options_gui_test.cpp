@@ -132,14 +132,6 @@ TEST_F(OptionsTest, EachResourceKeepsItsOwnChecks) {
     EXPECT_FALSE(DontCompare_OU[0].blnChecked);
 }
 
-TEST_F(OptionsTest, SelectAllChecksEveryProperty) {
-    Choose(Combo("cboSelObj_Compare"), static_cast<int>(OptionResource::Computer));
-    Press("btnSelectAll");
-    Press("cmdApply");
-    for (const CompareExclusion& e : DontCompare_Com) EXPECT_TRUE(e.blnChecked);
-    EXPECT_FALSE(DontCompare_Shr[0].blnChecked);
-}
-
 TEST_F(OptionsTest, OneChoiceForAllResources) {
     Tab(1);
     Choose(Combo("cboSelObj_AllImport"), static_cast<int>(OptionResource::User));

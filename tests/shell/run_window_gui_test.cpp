@@ -19,7 +19,6 @@
 #include "run/RowLoop.h"
 #include "shell/EventLogViewer.h"
 #include "shell/QtOperator.h"
-#include "shell/frmLogin.h"
 #include "shell/frmProgress.h"
 #include "shell/frmTop.h"
 
@@ -188,39 +187,6 @@ TEST_F(RunWindowTest, FinishedRunShowsItsCountersAndOffersTheLog) {
     EXPECT_EQ(viewer->path(), home / "Event.log");
     EXPECT_TRUE(viewer->text().contains(U("処理内容： 組織単位の本番追加")));
     EXPECT_TRUE(viewer->text().contains(U("処理警告数： 3")));
-}
-
-TEST_F(RunWindowTest, NoAtTheStartQuestionLeavesNoTrace) {
-    WriteCsv(2);
-    UseEngine(std::chrono::milliseconds(0));
-    bool sawProgress = false;
-    ModalPlayer player;
-    player.onModal = [&](QWidget* modal) {
-        if (qobject_cast<frmProgress*>(modal)) sawProgress = true;
-        return qobject_cast<QMessageBox*>(modal) ? Click(modal, "btnNo") : false;
-    };
-    PressStart();
-    EXPECT_FALSE(sawProgress);
-    EXPECT_EQ(rows, 0);
-    EXPECT_FALSE(std::filesystem::exists(home / "Event.log"));
-}
-
-TEST_F(RunWindowTest, NeverShowAgainStillAsksOnceWhileNotConnected) {
-    WriteCsv(2);
-    UseEngine(std::chrono::milliseconds(0));
-    gSession.Connected = false;
-    gSession.NeverShowAgain = true;
-    int logins = 0;
-    ModalPlayer player;
-    player.onModal = [&](QWidget* modal) {
-        if (!qobject_cast<shell::frmLogin*>(modal)) return false;
-        ++logins;
-        return Click(modal, "cmdCancel");
-    };
-    PressStart();
-    EXPECT_EQ(logins, 1);
-    EXPECT_TRUE(gSession.LoginCancelled);
-    EXPECT_EQ(rows, 0);
 }
 
 }  // namespace

@@ -9,6 +9,8 @@
 #include <thread>
 
 #include "GuiTestSupport.h"
+#include "platform/TextFile.h"
+#include "shell/EventLogViewer.h"
 #include "shell/QtOperator.h"
 #include "shell/SingleInstance.h"
 #include "shell/frmAbout.h"
@@ -102,6 +104,25 @@ TEST(AboutBox, ShowsTheVersionAndTheSystem) {
     EXPECT_NE(info.find("Qt: 6."), std::string::npos) << info;
     EXPECT_NE(info.find("OpenLDAP: 2."), std::string::npos) << info;
     EXPECT_NE(info.find("libsmbclient: "), std::string::npos) << info;
+}
+
+TEST(EventLogWindow, ShowsTheCp932LogAndReadsItAgainWhenOpenedAgain) {
+    ScratchHome home;
+    ScriptedOperator op;
+    const auto log = home / "Event.log";
+    EXPECT_EQ(shell::EventLogViewer::Show(log), nullptr);  // no log yet: told, no window
+    ASSERT_EQ(op.boxes.size(), 1u);
+    EXPECT_EQ(op.boxes[0].text, "ｲﾍﾞﾝﾄﾛｸﾞﾌｧｲﾙを開けません。\r" + log.string());
+
+    ASSERT_TRUE(platform::AppendLine(log, "処理内容： 組織単位の本番追加"));
+    shell::EventLogViewer* viewer = shell::EventLogViewer::Show(log);
+    ASSERT_NE(viewer, nullptr);
+    EXPECT_EQ(viewer->text(), U("処理内容： 組織単位の本番追加"));
+    ASSERT_TRUE(platform::AppendLine(log, "2行, 失敗, ﾒｯｾｰｼﾞ"));
+    EXPECT_EQ(shell::EventLogViewer::Show(log), viewer);
+    EXPECT_EQ(viewer->text(), U("処理内容： 組織単位の本番追加\n2行, 失敗, ﾒｯｾｰｼﾞ"));
+    viewer->close();
+    EXPECT_EQ(shell::EventLogViewer::Current(), nullptr);
 }
 
 class SingleInstanceTest : public ::testing::Test {
