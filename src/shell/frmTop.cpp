@@ -320,7 +320,8 @@ void frmTop::OpenFile(OperationKind op) {
     dialog.setObjectName("dlgCommonDialog");
     dialog.setOption(QFileDialog::DontUseNativeDialog);
     dialog.setOption(QFileDialog::ReadOnly);
-    dialog.setFileMode(QFileDialog::ExistingFile);
+    // A name that does not exist yet may be typed: the export page names the file it writes.
+    dialog.setFileMode(QFileDialog::AnyFile);
     dialog.setAcceptMode(QFileDialog::AcceptOpen);
     const QString csvFilter = Q("CSV ﾌｧｲﾙ (*.csv)");
     dialog.setNameFilters({Q("すべてのﾌｧｲﾙ (*.*)"), csvFilter});
