@@ -6,7 +6,7 @@
 //
 // The test DC's names come from the environment that `scripts/testdc.sh env` prints.
 //
-//   ou_rows_bench [--count N]      (default 100 rows per run)
+//   ou_rows_bench [--count N] [--fast-only | --exact-only]      (default 100 rows per run)
 
 #include <unistd.h>
 #include <chrono>
@@ -116,12 +116,19 @@ void Print(const char* rows, const char* way, int count, const Figure& f) {
 
 int Main(int argc, char** argv) {
     int count = 100;
+    struct {
+        bool fast = true, exact = true;
+    } ways;
     for (int i = 1; i < argc; ++i) {
         std::string arg = argv[i];
         if (arg == "--count" && i + 1 < argc) {
             count = std::atoi(argv[++i]);
+        } else if (arg == "--fast-only") {
+            ways.exact = false;
+        } else if (arg == "--exact-only") {
+            ways.fast = false;
         } else {
-            std::fprintf(stderr, "usage: ou_rows_bench [--count N]\n");
+            std::fprintf(stderr, "usage: ou_rows_bench [--count N] [--fast-only | --exact-only]\n");
             return 64;
         }
     }
@@ -171,16 +178,17 @@ int Main(int argc, char** argv) {
     if (ready) {
         std::printf("%-22s %-6s %6s %9s %10s %13s %8s\n", "rows", "way", "count", "seconds",
                     "ms/row", "requests/row", "success");
-        SetOUFastPath(true);
-        Print("six properties", "fast", count, RunAdd(folder, base, "fast", count, false, group));
-        SetOUFastPath(false);
-        Print("six properties", "exact", count, RunAdd(folder, base, "exact", count, false, group));
-        SetOUFastPath(true);
-        Print("+ manager, one ACE", "fast", count,
-              RunAdd(folder, base, "fast-acl", count, true, group));
-        SetOUFastPath(false);
-        Print("+ manager, one ACE", "exact", count,
-              RunAdd(folder, base, "exact-acl", count, true, group));
+        for (bool withManagerAndAce : {false, true}) {
+            for (bool fast : {true, false}) {
+                if ((fast && !ways.fast) || (!fast && !ways.exact)) continue;
+                SetOUFastPath(fast);
+                const std::string own =
+                    std::string(fast ? "fast" : "exact") + (withManagerAndAce ? "-acl" : "");
+                Print(withManagerAndAce ? "+ manager, one ACE" : "six properties",
+                      fast ? "fast" : "exact", count,
+                      RunAdd(folder, base, own, count, withManagerAndAce, group));
+            }
+        }
         SetOUFastPath(true);
     } else {
         std::fprintf(stderr, "could not prepare %s\n", baseRdn.c_str());
