@@ -65,7 +65,7 @@ struct RunContext {
     // Cancel and window state. intCancel is set by the window thread while a run works on
     // another thread, hence atomic; only the value 1 means cancelled.
     std::atomic<int> intCancel{0};
-    bool blnWaitCancelled = false;
+    std::atomic<bool> blnWaitCancelled{false};  // set by the wait window while the scan runs
     bool blnNothingToExport = false;
 
     // Export: how many cells each OU span of the export file has, found by the object scan and

@@ -85,7 +85,7 @@ TEST(WaitWindow, TurnsAndTakesCancelWhileTheWorkBlocks) {
         // A scan that looks at the cancel flag only now and then, as a blocking search does.
         for (int i = 0; i < 60 && !gRun.blnWaitCancelled; ++i)
             std::this_thread::sleep_for(std::chrono::milliseconds(100));
-        sawCancel = gRun.blnWaitCancelled;
+        sawCancel = gRun.blnWaitCancelled.load();
     });
     EXPECT_GE(picturesSeen, 2);
     EXPECT_TRUE(sawCancel);
