@@ -35,6 +35,8 @@ class TerminalOperator : public Operator {
     void SetProgressValue(int32_t value) override;
     void SetCommandCaption(std::string_view caption) override;
     void Yield() override;
+    // No window to paint: the runs start at once.
+    double PaintWaitSeconds() const override { return 0; }
     void OpenEventLog(const std::filesystem::path& path) override;
     void ShowLogin() override;
     void ShowConnectWait(const std::function<void()>& connect) override;

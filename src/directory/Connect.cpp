@@ -27,9 +27,10 @@ constexpr std::string_view kNetBiosNameFailed = "NetBIOS名のﾄﾞﾒｲﾝ認
 constexpr std::string_view kLdapProviderFailed = "LDAPﾌﾟﾛﾊﾞｲﾀﾞに接続できません。";
 constexpr std::string_view kWinNtProviderFailed = "WinNTﾌﾟﾛﾊﾞｲﾀﾞに接続できません。";
 
-// Lets the wait dialog paint for one second before the binds block the thread.
+// Lets the wait dialog paint (one second in a window) before the binds block the thread.
 void WaitOneSecond() {
-    auto end = std::chrono::steady_clock::now() + std::chrono::seconds(1);
+    auto end = std::chrono::steady_clock::now() +
+               std::chrono::duration<double>(TheOperator().PaintWaitSeconds());
     while (std::chrono::steady_clock::now() < end) {
         TheOperator().Yield();
         std::this_thread::sleep_for(std::chrono::milliseconds(10));

@@ -48,6 +48,11 @@ public:
     // Lets the window system deliver pending events; a Cancel press sets gRun.intCancel to 1.
     virtual void Yield() = 0;
 
+    // How long a window waits, yielding, before work takes the thread, so that it paints
+    // first (the progress window before its run, the wait window before the binds). A front
+    // end without windows has nothing to paint and answers 0.
+    virtual double PaintWaitSeconds() const { return 1.0; }
+
     // Shows the event log to the operator, without waiting (Notepad on Windows).
     virtual void OpenEventLog(const std::filesystem::path& path) = 0;
 

@@ -1,5 +1,6 @@
 #include "run/ProgressWindow.h"
 
+#include <algorithm>
 #include <chrono>
 #include <thread>
 
@@ -48,7 +49,7 @@ void LoadProgressWindow(ObjectKind kind, OperationKind op, RunMode mode) {
 }
 
 bool ActivateProgressWindow(ObjectKind kind, OperationKind op, RunMode mode) {
-    const double end = RunTimer() + gStartWaitSeconds;
+    const double end = RunTimer() + std::min(gStartWaitSeconds, TheOperator().PaintWaitSeconds());
     for (;;) {
         TheOperator().Yield();
         if (RunTimer() >= end) break;

@@ -10,7 +10,7 @@ namespace orin {
 // A two-letter code of the country list (ISO 3166 as Active Directory knows it), any case.
 bool IsCountryCode(std::string_view code);
 
-// A drive spec such as "H:": after trimming exactly two characters, the second ":", the first a
+// A drive letter such as "H:": after trimming exactly two characters, the second ":", the first a
 // letter from C to Z in either case, full-width letters included ("Ｚ:").
 bool IsDriveSpec(std::string_view drive);
 
