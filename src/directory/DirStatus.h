@@ -9,11 +9,11 @@
 namespace orin {
 
 // Codes of our own, beside the LDAP result codes (which are all below 0x100).
-inline constexpr int kDirNoValue = 0x1000;        // Get/GetEx of an attribute without a value
-inline constexpr int kDirTypeMismatch = 0x1001;   // Get of an attribute that holds several values
-inline constexpr int kDirNotBound = 0x1002;       // a call on an object that isn't bound
-inline constexpr int kDirNotConnected = 0x1003;   // no session to the domain
-inline constexpr int kDirBadArgument = 0x1004;    // a path or name that can't be used at all
+inline constexpr int kDirNoValue = 0x1000;       // Get/GetEx of an attribute without a value
+inline constexpr int kDirTypeMismatch = 0x1001;  // Get of an attribute that holds several values
+inline constexpr int kDirNotBound = 0x1002;      // a call on an object that isn't bound
+inline constexpr int kDirNotConnected = 0x1003;  // no session to the domain
+inline constexpr int kDirBadArgument = 0x1004;   // a path or name that can't be used at all
 
 struct DirStatus {
     int code = 0;
@@ -29,7 +29,7 @@ struct DirStatus {
 // A value or the status that explains why there is none.
 template <class T>
 class DirResult {
-public:
+  public:
     DirResult(T value) : value_(std::move(value)) {}
     DirResult(DirStatus status) : status_(std::move(status)) {}
 
@@ -43,7 +43,7 @@ public:
     const T* operator->() const { return &*value_; }
     T value_or(T fallback) const { return value_ ? *value_ : std::move(fallback); }
 
-private:
+  private:
     std::optional<T> value_;
     DirStatus status_;
 };

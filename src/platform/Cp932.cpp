@@ -11,7 +11,7 @@ namespace {
 // One converter per direction and thread: iconv_open is costly, and a conversion descriptor
 // keeps shift state, so it is never shared between threads.
 class Converter {
-public:
+  public:
     Converter(const char* to, const char* from) : cd_(iconv_open(to, from)) {
         if (cd_ == reinterpret_cast<iconv_t>(-1))
             throw std::runtime_error(std::string("iconv cannot convert ") + from + " to " + to);
@@ -42,7 +42,7 @@ public:
         return in.size() - inLeft;
     }
 
-private:
+  private:
     iconv_t cd_;
 };
 

@@ -14,7 +14,7 @@ namespace orin::platform {
 // part of the line. A last line without an ending still counts; a file that ends with a line
 // ending has no empty line after it.
 class LineReader {
-public:
+  public:
     LineReader() = default;
     explicit LineReader(const std::filesystem::path& path) { Open(path); }
     ~LineReader() { Close(); }
@@ -27,7 +27,7 @@ public:
     bool ReadLine(std::string& line);
     void Close();
 
-private:
+  private:
     std::FILE* file_ = nullptr;
 };
 

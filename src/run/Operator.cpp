@@ -6,7 +6,7 @@ namespace {
 // Stands in until a front end installs its operator: every question is answered No and
 // nothing is shown, so that nothing is ever done without someone having agreed to it.
 class NoOperator final : public Operator {
-public:
+  public:
     DomainFields MainWindowDomainFields(OperationKind) override { return {}; }
     MsgAnswer MessageBox(std::string_view, std::string_view, MsgIcon, MsgButtons buttons) override {
         return buttons == MsgButtons::YesNo ? MsgAnswer::No : MsgAnswer::Ok;
@@ -33,8 +33,12 @@ Operator* gOperator = &gNoOperator;
 
 }  // namespace
 
-Operator& TheOperator() { return *gOperator; }
+Operator& TheOperator() {
+    return *gOperator;
+}
 
-void SetOperator(Operator* op) { gOperator = op ? op : &gNoOperator; }
+void SetOperator(Operator* op) {
+    gOperator = op ? op : &gNoOperator;
+}
 
 }  // namespace orin

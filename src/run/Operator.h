@@ -24,7 +24,7 @@ struct DomainFields {
 };
 
 class Operator {
-public:
+  public:
     virtual ~Operator() = default;
 
     // What GetRunInputs reads from the main window for the tab of `op`.

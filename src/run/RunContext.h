@@ -53,8 +53,8 @@ struct RunContext {
     // Bulk database run: the row in hand ends its object / the walk is a retry pass.
     int16_t bytEndOfObjData = 0;
     bool blnHolding = false;
-    bool blnAlreadyHeld = false;  // some row of the object in hand has been held back
-    bool blnObjCreated = false;   // the object in hand was made new by this import
+    bool blnAlreadyHeld = false;           // some row of the object in hand has been held back
+    bool blnObjCreated = false;            // the object in hand was made new by this import
     ObjectKind BulkKind = ObjectKind::OU;  // the kind in work; labels the event lines
     // Sums over all kinds for the closing box of a bulk run.
     int32_t lngObjectTotal = 0;

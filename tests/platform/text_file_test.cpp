@@ -43,8 +43,13 @@ TEST(Cp932, RoundTripsKanjiKanaAndHalfWidthKatakana) {
 TEST(Cp932, BadBytesBecomeReplacementCharactersAndDecodingGoesOn) {
     // 0x81 0x20 is a lead byte without a valid trail; 0xFF is never valid; a lone lead byte at
     // the end is truncated.
-    std::string decoded = Cp932ToUtf8(std::string("a\x81 b\xFF" "c\x82", 7));
-    EXPECT_EQ(decoded, "a\xEF\xBF\xBD b\xEF\xBF\xBD" "c\xEF\xBF\xBD");
+    std::string decoded =
+        Cp932ToUtf8(std::string("a\x81 b\xFF"
+                                "c\x82",
+                                7));
+    EXPECT_EQ(decoded,
+              "a\xEF\xBF\xBD b\xEF\xBF\xBD"
+              "c\xEF\xBF\xBD");
 }
 
 TEST(Cp932, CharactersOutsideCp932AndBadUtf8BecomeQuestionMarks) {

@@ -2,9 +2,13 @@
 
 namespace orin::test {
 
-ScriptedOperator::ScriptedOperator() : previous_(&TheOperator()) { SetOperator(this); }
+ScriptedOperator::ScriptedOperator() : previous_(&TheOperator()) {
+    SetOperator(this);
+}
 
-ScriptedOperator::~ScriptedOperator() { SetOperator(previous_); }
+ScriptedOperator::~ScriptedOperator() {
+    SetOperator(previous_);
+}
 
 void ScriptedOperator::QueueAnswers(std::initializer_list<MsgAnswer> answers) {
     answers_.insert(answers_.end(), answers.begin(), answers.end());
@@ -24,7 +28,9 @@ MsgAnswer ScriptedOperator::MessageBox(std::string_view title, std::string_view 
     return answer;
 }
 
-void ScriptedOperator::SetProgressTitle(std::string_view caption) { progressTitle = caption; }
+void ScriptedOperator::SetProgressTitle(std::string_view caption) {
+    progressTitle = caption;
+}
 
 void ScriptedOperator::SetStatus(std::string_view text, bool red) {
     status = text;
@@ -36,7 +42,9 @@ void ScriptedOperator::SetCounterCaptions(std::string_view first, std::string_vi
     counterCaption2 = second;
 }
 
-void ScriptedOperator::SetTotal(int32_t value) { total = value; }
+void ScriptedOperator::SetTotal(int32_t value) {
+    total = value;
+}
 
 void ScriptedOperator::SetCounters(int32_t a, int32_t b, int32_t c) {
     label6 = a;
@@ -49,7 +57,9 @@ void ScriptedOperator::SetProgressValue(int32_t value) {
     progressValues.push_back(value);
 }
 
-void ScriptedOperator::SetCommandCaption(std::string_view caption) { commandCaption = caption; }
+void ScriptedOperator::SetCommandCaption(std::string_view caption) {
+    commandCaption = caption;
+}
 
 void ScriptedOperator::Yield() {
     ++yields;

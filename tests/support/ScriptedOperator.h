@@ -20,7 +20,7 @@ struct ShownBox {
 };
 
 class ScriptedOperator : public Operator {
-public:
+  public:
     // Installs itself as the process's operator; restores the previous one when destroyed.
     ScriptedOperator();
     ~ScriptedOperator() override;
@@ -75,7 +75,7 @@ public:
     void ShowCollectWait(std::string_view title, const std::function<void()>& collect) override;
     void ShowProgress(const std::function<void()>& run) override;
 
-private:
+  private:
     std::deque<MsgAnswer> answers_;
     Operator* previous_;
 };
