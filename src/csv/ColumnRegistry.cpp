@@ -316,94 +316,43 @@ constexpr std::string_view kShrExport[] = {"OU-Start",    "OU-End",    "RDN",
                                            "MgrOU-Start", "MgrOU-End", "MgrRDN"};
 constexpr std::string_view kGpoExport[] = {"OU-Start", "OU-End", "RDN", "Mirror", "displayName"};
 
-Names RunList(ObjectKind kind, OperationKind op, bool compareOfExport) {
-    if (compareOfExport || op == OperationKind::Exp) {
-        switch (kind) {
-            case ObjectKind::OU:
-                return kOuExpCompare;
-            case ObjectKind::Group:
-                return kGrpAdd;  // the add run's columns, nothing more
-            case ObjectKind::User:
-                return kUsrExpCompare;
-            case ObjectKind::Computer:
-                return kComExpCompare;
-            case ObjectKind::SharedFolder:
-                return kShrAdd;
-            case ObjectKind::GpoLink:
-                return kGpoExpCompare;
-        }
-        return {};
-    }
+// The run lists of each kind, by OperationKind (Add, Del, Mov, Mdf), and the list of the
+// compare of an export file. A kind without an operation has an empty list.
+struct KindLists {
+    Names byOperation[4];
+    Names compareOfExport;
+};
+
+const KindLists& ListsOf(ObjectKind kind) {
+    static const KindLists kOu{{kOuAdd, kOuDel, kOuMov, kOuMdf}, kOuExpCompare};
+    // The group's export columns are exactly its add run's columns.
+    static const KindLists kGroup{{kGrpAdd, kObjectDel, kObjectMov, kGrpMdf}, kGrpAdd};
+    static const KindLists kUser{{kUsrAdd, kObjectDel, kObjectMov, kUsrMdf}, kUsrExpCompare};
+    static const KindLists kComputer{{kComAdd, kObjectDel, kObjectMov, kComMdf}, kComExpCompare};
+    static const KindLists kShare{{kShrAdd, kObjectDel, kObjectMov, kShrMdf}, kShrAdd};
+    static const KindLists kGpo{{}, kGpoExpCompare};
     switch (kind) {
         case ObjectKind::OU:
-            switch (op) {
-                case OperationKind::Add:
-                    return kOuAdd;
-                case OperationKind::Del:
-                    return kOuDel;
-                case OperationKind::Mov:
-                    return kOuMov;
-                case OperationKind::Mdf:
-                    return kOuMdf;
-                default:
-                    return {};
-            }
+            return kOu;
         case ObjectKind::Group:
-            switch (op) {
-                case OperationKind::Add:
-                    return kGrpAdd;
-                case OperationKind::Del:
-                    return kObjectDel;
-                case OperationKind::Mov:
-                    return kObjectMov;
-                case OperationKind::Mdf:
-                    return kGrpMdf;
-                default:
-                    return {};
-            }
+            return kGroup;
         case ObjectKind::User:
-            switch (op) {
-                case OperationKind::Add:
-                    return kUsrAdd;
-                case OperationKind::Del:
-                    return kObjectDel;
-                case OperationKind::Mov:
-                    return kObjectMov;
-                case OperationKind::Mdf:
-                    return kUsrMdf;
-                default:
-                    return {};
-            }
+            return kUser;
         case ObjectKind::Computer:
-            switch (op) {
-                case OperationKind::Add:
-                    return kComAdd;
-                case OperationKind::Del:
-                    return kObjectDel;
-                case OperationKind::Mov:
-                    return kObjectMov;
-                case OperationKind::Mdf:
-                    return kComMdf;
-                default:
-                    return {};
-            }
+            return kComputer;
         case ObjectKind::SharedFolder:
-            switch (op) {
-                case OperationKind::Add:
-                    return kShrAdd;
-                case OperationKind::Del:
-                    return kObjectDel;
-                case OperationKind::Mov:
-                    return kObjectMov;
-                case OperationKind::Mdf:
-                    return kShrMdf;
-                default:
-                    return {};
-            }
+            return kShare;
         case ObjectKind::GpoLink:
-            return {};
+            break;
     }
-    return {};
+    return kGpo;
+}
+
+Names RunList(ObjectKind kind, OperationKind op, bool compareOfExport) {
+    const KindLists& lists = ListsOf(kind);
+    if (compareOfExport || op == OperationKind::Exp) return lists.compareOfExport;
+    auto index = static_cast<size_t>(op);
+    return index < std::size(lists.byOperation) ? lists.byOperation[index] : Names{};
 }
 
 struct Caption {
