@@ -4,12 +4,12 @@
 // deleting an object, and on deleting the children of its container, keeps the domain's
 // administrator from deleting it; an OU can't be moved below itself.
 
-#include "ou_prod_support.h"
+#include "ou_test_support.h"
 
 namespace orin::test {
 namespace {
 
-class OUDeleteMoveTest : public OUProdTest {
+class OUDeleteMoveTest : public OUTest {
   protected:
     // Denies Everyone the delete of the object at `dn` and of the children of its container,
     // or takes those denies away again.
@@ -37,125 +37,103 @@ class OUDeleteMoveTest : public OUProdTest {
 };
 
 TEST_F(OUDeleteMoveTest, ASubtreeGoesDepthFirstWithEverythingInIt) {
-    for (const char* rdn : {"OU=tree", "OU=sub,OU=tree", "OU=deeper,OU=sub,OU=tree", "OU=empty"})
-        MakeOU(rdn);
-    Make("group", "CN=g,OU=tree", {{"sAMAccountName", "dg1" + std::to_string(getpid())}});
-    Make("user", "CN=u,OU=sub,OU=tree", {{"sAMAccountName", "du" + std::to_string(getpid())}});
-    Make("container", "CN=box,OU=deeper,OU=sub,OU=tree");
+    for (const char* names : {"tree", "tree,sub", "tree,sub,deeper", "empty"}) MakeOU(names);
+    MakeAccount("group", "g", "tree");
+    MakeAccount("user", "u", "tree,sub");
+    Make("container", "CN=box," + PathOf("tree,sub,deeper"));
     TraceMode = 1;
-    auto log = Run(OperationKind::Del,
-                   {kDel.Header(), kDel.Row(At({"tree"}) + Values{{"IfDelSubObj", "yes"}}),
-                    kDel.Row(At({"tree"}) + Values{{"Mirror", "YES"}}), kDel.Row(At({"empty"}))});
+    EXPECT_EQ(Run(kDel, {"!OU-Start,,OU-End,Mirror,IfDelSubObj", "{T},tree,,,yes", "{T},tree,,YES",
+                         "{T},empty"}),
+              "");
     TraceMode = 0;
-    EXPECT_EQ(log, Summary(2, 2, 0, 0));
-    EXPECT_FALSE(Exists(OuDn({"tree"})));
-    EXPECT_FALSE(Exists(OuDn({"empty"})));  // an empty OU goes without the flag
+    EXPECT_EQ(Tally(), "2/0/0");
+    EXPECT_FALSE(Exists("tree"));
+    EXPECT_FALSE(Exists("empty"));  // an empty OU goes without the flag
     const std::string trace = Join(ReadLines(TraceFilePath), "\n");
-    EXPECT_NE(trace.find("ｻﾌﾞOU削除開始。 OUﾊﾟｽ=OU=deeper,OU=sub,OU=tree," + ou().Rdn()),
-              std::string::npos);
+    EXPECT_NE(trace.find("ｻﾌﾞOU削除開始。 OUﾊﾟｽ=" + PathOf("tree,sub,deeper")), std::string::npos);
     EXPECT_NE(trace.find("OUでないｻﾌﾞｵﾌﾞｼﾞｪｸﾄを削除済み。"), std::string::npos);
     // The operator got the window after each of the five children, as well as per row.
     EXPECT_GE(op.yields, 3 + 5);
 }
 
 TEST_F(OUDeleteMoveTest, RefusedDeletesLeaveTheOUs) {
-    MakeOU("OU=o");
-    MakeOU("OU=child,OU=o");
-    auto log =
-        Run(OperationKind::Del,
-            {kDel.Header(), kDel.Row(At({"o"}) + Values{{"IfDelSubObj", "No"}}),
-             kDel.Row(At({"o"}) + Values{{"IfDelSubObj", "maybe"}}), kDel.Row(At({"missing"})),
-             kDel.Row({{"IfDelSubObj", "YES"}}), kDel.Row(At({"o"}) + Values{{"Mirror", "x"}})});
-    EXPECT_EQ(log, Lines({"2行, 警告, OU配下にｵﾌﾞｼﾞｪｸﾄが存在するため、ﾍｯﾀﾞの定義に従い削除処理を"
-                          "中止しました。",
-                          // A bad IfDelSubObj is told in the words of the Mirror column.
-                          "3行, 失敗, ﾍｯﾀﾞ列[Mirror]に無効なﾃﾞｰﾀが入力されました。",
-                          "4行, 失敗, ｵﾌﾞｼﾞｪｸﾄが存在しないか、ﾊﾟｽが間違っています。",
-                          "5行, 失敗, OUのﾊﾟｽが指定されていません。",
-                          "6行, 失敗, ﾍｯﾀﾞ列[Mirror]に無効なﾃﾞｰﾀが入力されました。"}) +
-                       Summary(5, 0, 1, 4));
-    const Csv noFlag("OU-Start,OU-End,Mirror");
-    log = Run(OperationKind::Del, {noFlag.Header(), noFlag.Row(At({"o"}))});
-    EXPECT_EQ(log,
-              Lines({"2行, 失敗, ﾍｯﾀﾞ列[IfDelSubObj]は存在しません。ﾍｯﾀﾞを定義してください。"}) +
-                  Summary(1, 0, 0, 1));
-    EXPECT_TRUE(Exists(OuDn({"o", "child"})));
+    MakeOU("o");
+    MakeOU("o,child");
+    EXPECT_EQ(Run(kDel, {"!OU-Start,,OU-End,IfDelSubObj,Mirror", "{T},o,,No", "{T},o,,maybe",
+                         "{T},missing", ",,,YES", "{T},o,,,x"}),
+              Log({{2, kWarn, kHasChildren},
+                   {3, kFail, Invalid("Mirror")},  // a bad IfDelSubObj, in the Mirror words
+                   {4, kFail, kNoObject},
+                   {5, kFail, kNoPath},
+                   {6, kFail, Invalid("Mirror")}}));
+    EXPECT_EQ(Tally(), "0/1/4");
+    EXPECT_EQ(Run(kDel, {"!OU-Start,OU-End,Mirror", "{T},o"}), Log({{2, kFail, kNoIfDelSubObj}}));
+    EXPECT_TRUE(Exists("o,child"));
 }
 
 TEST_F(OUDeleteMoveTest, AProtectedChildStopsTheSubtreeDeleteWhereItStands) {
-    MakeOU("OU=p");
-    MakeOU("OU=sub,OU=p");
-    Make("group", "CN=safe,OU=sub,OU=p", {{"sAMAccountName", "safe" + std::to_string(getpid())}});
-    Make("group", "CN=loose,OU=p", {{"sAMAccountName", "loose" + std::to_string(getpid())}});
-    const std::string safe = "CN=safe," + OuDn({"p", "sub"});
+    MakeOU("p");
+    MakeOU("p,sub");
+    MakeAccount("group", "safe", "p,sub");
+    MakeAccount("group", "loose", "p");
+    const std::string safe = "CN=safe," + DnOf("p,sub");
     Protect(safe, true);
-    auto log = Run(OperationKind::Del,
-                   {kDel.Header(), kDel.Row(At({"p"}) + Values{{"IfDelSubObj", "YES"}})});
+    const std::string log = Run(kDel, {"!OU-Start,,OU-End,Mirror,IfDelSubObj", "{T},p,,,YES"});
     Protect(safe, false);  // so that the test's OU can go
 
-    EXPECT_EQ(log,
-              Lines({"2行, 失敗, ｵﾌﾞｼﾞｪｸﾄの削除が失敗しました。失敗の原因を特定できません。"}) +
-                  Summary(1, 0, 0, 1));
-    EXPECT_TRUE(Exists(safe));
+    EXPECT_EQ(log, Log({{2, kFail, "ｵﾌﾞｼﾞｪｸﾄの削除が失敗しました。失敗の原因を特定できません。"}}));
+    EXPECT_TRUE(Binds(safe));
     // What went before the failure stays gone, whatever the order of the children.
-    EXPECT_FALSE(Exists("CN=loose," + OuDn({"p"})));
+    EXPECT_FALSE(Binds("CN=loose," + DnOf("p")));
 }
 
+const std::string kMoveHeader = "!OU-Start,,OU-End,Mirror,NewOU-Start,,NewOU-End,NewRDN";
+
 TEST_F(OUDeleteMoveTest, MovesIntoAnotherOUAndRenamesOnTheWay) {
-    for (const char* rdn : {"OU=target", "OU=plain", "OU=renamed", "OU=samename"}) MakeOU(rdn);
-    Make("container", "CN=box,OU=plain");
-    auto log = Run(OperationKind::Mov,
-                   {kMov.Header(), kMov.Row(At({"plain"}) + To({"target"})),
-                    kMov.Row(At({"plain"}) + Values{{"Mirror", "YES"}}),
-                    kMov.Row(At({"renamed"}) + To({"target"}) + Values{{"NewRDN", "newname"}}),
-                    kMov.Row(At({"samename"}) + To({"target"}) + Values{{"NewRDN", "samename"}})});
-    EXPECT_EQ(log, Lines({"5行, 警告, [名前（新）]は変更前と同じであるため変更しません。"}) +
-                       Summary(3, 2, 1, 0));
-    EXPECT_TRUE(Exists("CN=box," + OuDn({"target", "plain"})));
-    EXPECT_TRUE(Exists(OuDn({"target", "newname"})));
-    EXPECT_TRUE(Exists(OuDn({"target", "samename"})));
-    EXPECT_FALSE(Exists(OuDn({"renamed"})));
+    for (const char* names : {"target", "plain", "renamed", "samename"}) MakeOU(names);
+    Make("container", "CN=box," + PathOf("plain"));
+    EXPECT_EQ(
+        Run(kMov, {kMoveHeader, "{T},plain,,,{T},target", "{T},plain,,YES",
+                   "{T},renamed,,,{T},target,,newname", "{T},samename,,,{T},target,,samename"}),
+        Log({{5, kWarn, kSameNewName}}));
+    EXPECT_EQ(Tally(), "2/1/0");
+    EXPECT_TRUE(Binds("CN=box," + DnOf("target,plain")));
+    EXPECT_TRUE(Exists("target,newname"));
+    EXPECT_TRUE(Exists("target,samename"));
+    EXPECT_FALSE(Exists("renamed"));
 }
 
 TEST_F(OUDeleteMoveTest, RefusedMoves) {
-    for (const char* rdn : {"OU=a", "OU=b", "OU=inner,OU=b", "OU=inner"}) MakeOU(rdn);
-    auto log = Run(OperationKind::Mov,
-                   {kMov.Header(), kMov.Row(At({"a"}) + To({})),  // where it is already
-                    kMov.Row(At({"a"}) + To({"nowhere"})), kMov.Row(At({"ghost"}) + To({"b"})),
-                    kMov.Row(At({"b"}) + To({"b", "inner"})),  // below itself
-                    kMov.Row(At({"inner"}) + To({"b"})),       // the name is taken there
-                    kMov.Row(Span("OU", {}))});                // the root, to the root
-    EXPECT_EQ(log,
-              Lines({"2行, 失敗, ｵﾌﾞｼﾞｪｸﾄを移動元と同じ場所に移動することができません。",
-                     "3行, 失敗, ｵﾌﾞｼﾞｪｸﾄの移動先ｺﾝﾃﾅは存在しないか、ﾊﾟｽが間違っています。",
-                     "4行, 失敗, ｵﾌﾞｼﾞｪｸﾄは移動元の場所に存在しません。",
-                     "5行, 失敗, 組織単位の移動処理が失敗しました。失敗の原因を特定できません。",
-                     "6行, 失敗, 組織単位の移動処理が失敗しました。失敗の原因を特定できません。",
-                     "7行, 失敗, ｵﾌﾞｼﾞｪｸﾄを移動元と同じ場所に移動することができません。"}) +
-                  Summary(6, 0, 0, 6));
-    for (const auto& stays : {OuDn({"a"}), OuDn({"b", "inner"}), OuDn({"inner"})})
-        EXPECT_TRUE(Exists(stays)) << stays;
+    for (const char* names : {"a", "b", "b,inner", "inner"}) MakeOU(names);
+    EXPECT_EQ(Run(kMov, {kMoveHeader, "{T},a,,,{T}",  // where it is already
+                         "{T},a,,,{T},nowhere", "{T},ghost,,,{T},b",
+                         "{T},b,,,{T},b,inner",  // below itself
+                         "{T},inner,,,{T},b",    // the name is taken there
+                         "{T}"}),                // the root, to the root
+              Log({{2, kFail, kSamePlace},
+                   {3, kFail, kNoTarget},
+                   {4, kFail, kNoSource},
+                   {5, kFail, kMoveFailed},
+                   {6, kFail, kMoveFailed},
+                   {7, kFail, kSamePlace}}));
+    EXPECT_EQ(Tally(), "0/0/6");
+    for (const char* stays : {"a", "b,inner", "inner"}) EXPECT_TRUE(Exists(stays)) << stays;
 
-    const Csv noEnd("OU-Start,OU-End,NewOU-Start,Mirror"),
-        reversed("OU-Start,OU-End,NewOU-End,NewOU-Start,Mirror");
-    log = Run(OperationKind::Mov, {noEnd.Header(), noEnd.Row(At({"a"}))});
-    EXPECT_EQ(log, Lines({"2行, 失敗, ﾍｯﾀﾞ列[NewOU-Start]と[NewOU-End]の片方または両方が存在しませ"
-                          "ん。両方のﾍｯﾀﾞ列を定義してください。"}) +
-                       Summary(1, 0, 0, 1));
-    log = Run(OperationKind::Mov, {reversed.Header(), reversed.Row(At({"a"}))});
-    EXPECT_EQ(log,
-              Lines({"2行, 失敗, ﾍｯﾀﾞ列[NewOU-Start]と[NewOU-End]の並び順が逆になっています。"}) +
-                  Summary(1, 0, 0, 1));
+    EXPECT_EQ(Run(kMov, {"!OU-Start,OU-End,NewOU-Start,Mirror", "{T},a"}),
+              Log({{2, kFail, kNoTargetSpan}}));
+    EXPECT_EQ(Run(kMov, {"!OU-Start,OU-End,NewOU-End,NewOU-Start,Mirror", "{T},a"}),
+              Log({{2, kFail, "ﾍｯﾀﾞ列[NewOU-Start]と[NewOU-End]の並び順が逆になっています。"}}));
 }
 
 TEST_F(OUDeleteMoveTest, AnEmptyTargetIsTheDomainRoot) {
     const std::string name = "moved-" + std::to_string(getpid());
-    MakeOU("OU=" + name);
-    auto log = Run(OperationKind::Mov, {kMov.Header(), kMov.Row(At({name}))});
+    MakeOU(name);
+    const std::string log = Run(kMov, {kMoveHeader, "{T}," + name});
     const std::string atRoot = "OU=" + name + "," + gSession.DomainDN;
-    const bool moved = Exists(atRoot);
+    const bool moved = Binds(atRoot);
     if (moved) DeleteTree(atRoot);
-    EXPECT_EQ(log, Summary(1, 1, 0, 0));
+    EXPECT_EQ(log, "");
+    EXPECT_EQ(Tally(), "1/0/0");
     EXPECT_TRUE(moved);
 }
 

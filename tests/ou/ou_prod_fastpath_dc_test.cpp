@@ -7,16 +7,17 @@
 // allowedAttributesEffective.
 
 #include "directory/Connect.h"
-#include "ou_prod_support.h"
+#include "ou_test_support.h"
 
 namespace orin::test {
 namespace {
 
-const Values kSix = {{"c", "JP"},       {"postalCode", "100-0001"}, {"st", "東京都"},
-                     {"l", "千代田区"}, {"street", "1-1<Rtn>2F"},   {"description", "説明"}};
+const std::string kProps =
+    "!OU-Start,,OU-End,Mirror,c,postalCode,st,l,street,description,MgrOU-Start,MgrOU-End,MgrRDN";
+const std::string kNoCountry = "100-0001,東京都,千代田区,1-1<Rtn>2F,説明";  // postalCode on
 constexpr const char* kDelegatePassword = "Orin-Delegate-Pass1";
 
-class OUFastPathTest : public OUProdTest {
+class OUFastPathTest : public OUTest {
   protected:
     static Guid SchemaGuid(const std::string& name) {
         auto records = ExecuteSearch("<LDAP://CN=Schema,CN=Configuration," + gSession.DomainDN +
@@ -32,10 +33,10 @@ class OUFastPathTest : public OUProdTest {
 
     // A user of the test's OU who may create and delete OUs below it and write all their
     // properties but `denied`. Gives its account name.
-    std::string MakeDelegate(const Lines& denied) {
+    std::string MakeDelegate(const std::vector<std::string>& denied) {
         const std::string sam = MakeAccount("user", "delegate");
         DirObject user;
-        EXPECT_TRUE(BindObject("LDAP://CN=delegate," + ou().Dn(), user));
+        EXPECT_TRUE(BindObject("LDAP://CN=delegate," + DnOf(""), user));
         EXPECT_TRUE(user.SetPassword(kDelegatePassword).ok());
         user.Put("userAccountControl", "512");
         EXPECT_TRUE(user.SetInfo().ok());
@@ -74,30 +75,22 @@ class OUFastPathTest : public OUProdTest {
         }
         ~ConnectedAs() { EXPECT_TRUE(ConnectTestDc(ConnectMethod::Remote)); }
     };
-
-    std::map<std::string, std::string> Values7(const std::string& dn) {
-        std::map<std::string, std::string> values;
-        for (const char* a : {"c", "postalCode", "st", "l", "street", "description", "managedBy"})
-            values[a] = Attr(dn, a);
-        return values;
-    }
 };
 
 TEST_F(OUFastPathTest, ARowCostsOneWriteInsteadOfOneAProperty) {
     MakeAccount("user", "boss");
-    const Values managed = {{"managedBy", "CN=boss," + ou().Dn()}};
-    MakeOU("OU=fast", managed);
-    MakeOU("OU=exact", managed);
-    const Values change = kSix + Values{{"description", "!C"}, {"MgrRDN", "!c"}};
+    const Attributes managed = {{"managedBy", "CN=boss," + DnOf("")}};
+    MakeOU("fast", managed);
+    MakeOU("exact", managed);
     long add[2], mdf[2];
     for (int exact = 0; exact < 2; ++exact) {
         SetOUFastPath(exact == 0);
         const std::string own = exact ? "exact" : "fast";
-        EXPECT_EQ(Run(OperationKind::Add, {kAdd.Header(), kAdd.Row(At({own, "new"}) + kSix)}),
-                  Summary(1, 1, 0, 0));
+        EXPECT_EQ(Run(kAdd, {kProps, "{T}," + own + ",new,,JP," + kNoCountry}), "");
         add[exact] = requests;
-        EXPECT_EQ(Run(OperationKind::Mdf, {kMdf.Header(), kMdf.Row(At({own}) + change)}),
-                  Summary(1, 1, 0, 0));
+        EXPECT_EQ(
+            Run(kMdf, {kProps, "{T}," + own + ",,,JP,100-0001,東京都,千代田区,1-1<Rtn>2F,!C,,,!c"}),
+            "");
         mdf[exact] = requests;
     }
     // Add: the add and the read of the attribute rights, against the create and six writes.
@@ -106,84 +99,57 @@ TEST_F(OUFastPathTest, ARowCostsOneWriteInsteadOfOneAProperty) {
     // Modify: the bind that finds the OU and one modify, against the bind and seven writes.
     EXPECT_LE(mdf[0], 2);
     EXPECT_GE(mdf[1], 8);
-    EXPECT_EQ(Values7(OuDn({"fast", "new"})), Values7(OuDn({"exact", "new"})));
-    EXPECT_EQ(Values7(OuDn({"fast"})), Values7(OuDn({"exact"})));
-    EXPECT_EQ(Attr(OuDn({"fast", "new"}), "street"), "1-1\r\n2F");
-    EXPECT_EQ(Attr(OuDn({"fast"}), "managedBy"), "");
+    EXPECT_EQ(PropsOf("fast,new"), PropsOf("exact,new"));
+    EXPECT_EQ(PropsOf("fast"), PropsOf("exact"));
+    EXPECT_EQ(Attr("fast,new", "street"), "1-1\r\n2F");
+    EXPECT_EQ(Attr("fast", "managedBy"), "");
 }
 
 TEST_F(OUFastPathTest, AnAttributeTheAccountMayNotWriteEndsTheRowAsTheExactWayDoes) {
-    const Values old = {{"c", "US"}, {"postalCode", "0"}, {"st", "old"}, {"description", "old"}};
-    MakeOU("OU=fast", old);
-    MakeOU("OU=exact", old);
+    const Attributes old = {
+        {"c", "US"}, {"postalCode", "0"}, {"st", "old"}, {"description", "old"}};
+    MakeOU("fast", old);
+    MakeOU("exact", old);
     const std::string delegate = MakeDelegate({"c", "st"});
-    Values noCountry = kSix;
-    noCountry.erase("c");
-    const Lines expectedAdd =
-        Lines({"2行, 失敗, ｵﾌﾞｼﾞｪｸﾄのﾌﾟﾛﾊﾟﾃｨ[都道府県]の設定が失敗しました。"}) +
-        Summary(2, 1, 0, 1);
-    const Lines expectedMdf =
-        Lines({"2行, 失敗, ｵﾌﾞｼﾞｪｸﾄのﾌﾟﾛﾊﾟﾃｨ[都道府県]の変更が失敗しました。",
-               // Clearing the country keeps the add's words.
-               "3行, 失敗, ｵﾌﾞｼﾞｪｸﾄのﾌﾟﾛﾊﾟﾃｨ[国/地域]の設定が失敗しました。"}) +
-        Summary(2, 0, 0, 2);
     {
         ConnectedAs as(delegate);
-        for (int exact = 0; exact < 2; ++exact) {
-            SetOUFastPath(exact == 0);
-            const std::string own = exact ? "exact" : "fast";
+        for (const std::string own : {"fast", "exact"}) {
+            SetOUFastPath(own == "fast");
+            EXPECT_EQ(Run(kAdd, {kProps, "{T}," + own + ",refused,,," + kNoCountry,
+                                 "{T}," + own + ",allowed,,,,,ok"}),
+                      Log({{2, kFail, "ｵﾌﾞｼﾞｪｸﾄのﾌﾟﾛﾊﾟﾃｨ[都道府県]の設定が失敗しました。"}}));
             EXPECT_EQ(
-                Run(OperationKind::Add, {kAdd.Header(), kAdd.Row(At({own, "refused"}) + noCountry),
-                                         kAdd.Row(At({own, "allowed"}) + Values{{"l", "ok"}})}),
-                expectedAdd);
-            EXPECT_EQ(Run(OperationKind::Mdf, {kMdf.Header(), kMdf.Row(At({own}) + noCountry),
-                                               kMdf.Row(At({own}) + Values{{"c", "!C"}})}),
-                      expectedMdf);
+                Run(kMdf, {kProps, "{T}," + own + ",,,," + kNoCountry, "{T}," + own + ",,,!C"}),
+                Log({{2, kFail, "ｵﾌﾞｼﾞｪｸﾄのﾌﾟﾛﾊﾟﾃｨ[都道府県]の変更が失敗しました。"},
+                     // Clearing the country keeps the add's words.
+                     {3, kFail, "ｵﾌﾞｼﾞｪｸﾄのﾌﾟﾛﾊﾟﾃｨ[国/地域]の設定が失敗しました。"}}));
         }
     }
     for (const std::string own : {"fast", "exact"}) {
-        EXPECT_FALSE(Exists(OuDn({own, "refused"})));
-        EXPECT_EQ(Attr(OuDn({own, "allowed"}), "l"), "ok");
+        EXPECT_FALSE(Exists(own + ",refused"));
+        EXPECT_EQ(Attr(own + ",allowed", "l"), "ok");
     }
-    auto fast = Values7(OuDn({"fast"}));
-    EXPECT_EQ(fast, Values7(OuDn({"exact"})));
     // Written before the refused step, untouched from it on.
-    EXPECT_EQ(fast["postalCode"], "100-0001");
-    EXPECT_EQ(fast["st"], "old");
-    EXPECT_EQ(fast["l"], "");
-    EXPECT_EQ(fast["c"], "US");
+    EXPECT_EQ(
+        PropsOf("fast"),
+        (Props{{"c", "US"}, {"postalCode", "100-0001"}, {"st", "old"}, {"description", "old"}}));
+    EXPECT_EQ(PropsOf("exact"), PropsOf("fast"));
 }
 
 TEST_F(OUFastPathTest, ANewAceLeavesTheSameAclBothWays) {
     const std::string g1 = MakeAccount("group", "g1"), g2 = MakeAccount("group", "g2");
-    const Values mirror = {{"Mirror", "YES"}};
     for (const std::string own : {"fast", "exact"}) {
         SetOUFastPath(own == "fast");
-        EXPECT_EQ(
-            Run(OperationKind::Add, {kAdd.Header(), kAdd.Row(At({own}) + AceCells(g1, "0", "0")),
-                                     kAdd.Row(At({own}) + AceCells(g2, "0", "7;8", "3") +
-                                              Values{{"PermitOrDeny", "D"}} + mirror),
-                                     kAdd.Row(At({own}) + AceCells(g1, "0", "1;2", "0") + mirror)}),
-            Summary(1, 1, 0, 0));
+        EXPECT_EQ(Run(kAdd, {"!OU-Start,,OU-End,Mirror,AceSamAccountName,AceOpeMode,AccessRight,"
+                             "InheritOption,PermitOrDeny",
+                             "{T}," + own + ",,," + g1 + ",0,0",
+                             "{T}," + own + ",,YES," + g2 + ",0,7;8,3,D",
+                             "{T}," + own + ",,YES," + g1 + ",0,1;2,0"}),
+                  "");
+        EXPECT_EQ(Tally(), "1/0/0");
     }
-    auto fast = ExplicitDacl(OuDn({"fast"}));
-    auto exact = ExplicitDacl(OuDn({"exact"}));
-    EXPECT_EQ(fast.first, exact.first);
-    EXPECT_EQ(fast.second, exact.second);
-    EXPECT_FALSE(AcesOf(OuDn({"fast"}), g2).empty());
-}
-
-TEST_F(OUFastPathTest, AManagerInTheNewOUIsLookedUpAfterTheCreate) {
-    // The manager's container is the OU the row adds: it exists only once the row made it, and
-    // then the manager isn't in it.
-    const Lines rows = {kAdd.Header(), kAdd.Row(At({"new"}) + Span("MgrOU", {"new"}) +
-                                                Values{{"MgrRDN", "boss"}, {"c", "JP"}})};
-    const Lines expected =
-        Lines({"2行, 失敗, 管理者が所在ｺﾝﾃﾅに存在しません。"}) + Summary(1, 0, 0, 1);
-    EXPECT_EQ(Run(OperationKind::Add, rows), expected);
-    SetOUFastPath(false);
-    EXPECT_EQ(Run(OperationKind::Add, rows), expected);
-    EXPECT_FALSE(Exists(OuDn({"new"})));
+    EXPECT_EQ(Dacl("fast"), Dacl("exact"));
+    EXPECT_FALSE(AcesOf("fast", g2).empty());
 }
 
 }  // namespace

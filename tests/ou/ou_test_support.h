@@ -1,0 +1,277 @@
+#pragma once
+// Shared by the OU tests against the test DC: a test with an OU of its own, which runs CSV lines
+// through the OU row loop as a run's Start method does and reads back the event log, and the
+// texts that log is expected to hold.
+//
+// Rows name OUs below the test's OU: "{T}" in a CSV line stands for its name, so "{T},a,b" is the
+// OU "OU=b,OU=a,OU=<test>". The helpers name that OU "a,b" (top level first; "" is the test's OU).
+
+#include <gtest/gtest.h>
+#include <unistd.h>
+
+#include <filesystem>
+#include <initializer_list>
+#include <map>
+#include <string>
+#include <string_view>
+#include <utility>
+#include <vector>
+
+#include "csv/ColumnRegistry.h"
+#include "csv/CsvReader.h"
+#include "directory/Bind.h"
+#include "directory/DirectorySession.h"
+#include "directory/Trustee.h"
+#include "engines/access/AccessControl.h"
+#include "engines/access/ObjectDacl.h"
+#include "engines/ou/OUCommon.h"
+#include "engines/ou/OUFastPath.h"
+#include "engines/ou/OUModes.h"
+#include "engines/ou/OUProduction.h"
+#include "platform/Cp932.h"
+#include "platform/LdapConnection.h"
+#include "platform/Strings.h"
+#include "run/RowLoop.h"
+#include "run/RunContext.h"
+#include "run/RunTestSupport.h"
+#include "support/TestDc.h"
+
+namespace orin::test {
+
+// The RowOperation of each run: production 0-3, imitation 4-7, compare 8-11.
+enum : RowOperation {
+    kAdd,
+    kDel,
+    kMov,
+    kMdf,
+    kImitateAdd,
+    kImitateDel,
+    kImitateMov,
+    kImitateMdf,
+    kCompareAdd,
+    kCompareDel,
+    kCompareMov,
+    kCompareMdf
+};
+
+using Attributes = std::vector<std::pair<std::string, std::string>>;
+using Props = std::map<std::string, std::string>;
+
+// One line of the event log: "3行, 失敗, <text>".
+struct LogRow {
+    int line;
+    const char* outcome;
+    std::string text;
+};
+inline constexpr const char* kFail = "失敗";
+inline constexpr const char* kWarn = "警告";
+inline constexpr const char* kDiff = "相違";
+
+// The log text of these rows, each ended by CR LF as on disk.
+inline std::string Log(std::initializer_list<LogRow> rows) {
+    std::string text;
+    for (const LogRow& r : rows)
+        text += std::to_string(r.line) + "行, " + r.outcome + ", " + r.text + "\r\n";
+    return text;
+}
+
+// The row messages the tests meet in more than one place.
+inline std::string Invalid(std::string_view column) {
+    return "ﾍｯﾀﾞ列[" + std::string(column) + "]に無効なﾃﾞｰﾀが入力されました。";
+}
+inline std::string AceNotFound(std::string_view account) {
+    return "指定のACE「" + std::string(account) +
+           "」がｵﾌﾞｼﾞｪｸﾄのACLから見つからないため削除処理をｽｷｯﾌﾟしました｡ ";
+}
+inline std::string Differs(std::string_view property, std::string_view inCsv,
+                           std::string_view inDirectory) {
+    return "ｵﾌﾞｼﾞｪｸﾄのﾌﾟﾛﾊﾟﾃｨ[" + std::string(property) +
+           "]に相違がありました。\r\n\t【ｲﾝﾎﾟｰﾄﾃﾞｰﾀ内のﾌﾟﾛﾊﾟﾃｨ値】：" + std::string(inCsv) +
+           "\r\n\t【ｵﾌﾞｼﾞｪｸﾄ実際のﾌﾟﾛﾊﾟﾃｨ値】：" + std::string(inDirectory);
+}
+inline std::string NotCleared(std::string_view property) {
+    return "ｵﾌﾞｼﾞｪｸﾄのﾌﾟﾛﾊﾟﾃｨ[" + std::string(property) +
+           "]に相違がありました。ﾌﾟﾛﾊﾟﾃｨの値がｸﾘｱされていません。";
+}
+inline const std::string kNoPath = "OUのﾊﾟｽが指定されていません。";
+inline const std::string kNoObject = "ｵﾌﾞｼﾞｪｸﾄが存在しないか、ﾊﾟｽが間違っています。";
+inline const std::string kNoParent = "OUの親OUが存在しないか、ﾊﾟｽが間違っています。";
+inline const std::string kOUExists = "追加対象OUがすでに追加先のｺﾝﾃﾅに存在します。";
+inline const std::string kReversed = "ﾍｯﾀﾞ列[OU-Start]と[OU-End]の並び順が逆になっています。";
+inline const std::string kNoManager = "管理者が所在ｺﾝﾃﾅに存在しません。";
+inline const std::string kNoManagerContainer =
+    "ｵﾌﾞｼﾞｪｸﾄのﾌﾟﾛﾊﾟﾃｨ[管理者]の設定が失敗しました。管理者の所在OU（またはﾃﾞﾌｫﾙﾄｺﾝﾃﾅ）が"
+    "存在しないか、ﾊﾟｽが間違っています。";
+inline const std::string kManagerNotUser =
+    "管理者として設定不可能なﾕｰｻﾞｰ以外のｵﾌﾞｼﾞｪｸﾄが指定されています。";
+inline const std::string kNoManagerSpan =
+    "ﾍｯﾀﾞ列[MgrOU-Start]と[MgrOU-End]の片方または両方が存在しません。両方のﾍｯﾀﾞ列を定義して"
+    "ください。";
+inline const std::string kNoTargetSpan =
+    "ﾍｯﾀﾞ列[NewOU-Start]と[NewOU-End]の片方または両方が存在しません。両方のﾍｯﾀﾞ列を定義して"
+    "ください。";
+inline const std::string kNoIfDelSubObj =
+    "ﾍｯﾀﾞ列[IfDelSubObj]は存在しません。ﾍｯﾀﾞを定義してください。";
+inline const std::string kHasChildren =
+    "OU配下にｵﾌﾞｼﾞｪｸﾄが存在するため、ﾍｯﾀﾞの定義に従い削除処理を中止しました。";
+inline const std::string kSamePlace = "ｵﾌﾞｼﾞｪｸﾄを移動元と同じ場所に移動することができません。";
+inline const std::string kNoTarget = "ｵﾌﾞｼﾞｪｸﾄの移動先ｺﾝﾃﾅは存在しないか、ﾊﾟｽが間違っています。";
+inline const std::string kNoSource = "ｵﾌﾞｼﾞｪｸﾄは移動元の場所に存在しません。";
+inline const std::string kMoveFailed =
+    "組織単位の移動処理が失敗しました。失敗の原因を特定できません。";
+inline const std::string kSameNewName = "[名前（新）]は変更前と同じであるため変更しません。";
+inline const std::string kNameTaken = "[名前（新）]と同名のｵﾌﾞｼﾞｪｸﾄが存在します。";
+inline const std::string kNameNotCleared =
+    "ｵﾌﾞｼﾞｪｸﾄのﾌﾟﾛﾊﾟﾃｨ[名前]をｸﾘｱすることができません。これはOSの仕様です。";
+inline const std::string kOverwriteFailed = "ACEの上書ﾓｰﾄﾞ設定が失敗しました。";
+inline const std::string kNoAccount = "ﾍｯﾀﾞ列[AceSamAccountName]で指定したｱｶｳﾝﾄは存在しません。";
+inline const std::string kInheritDiffers =
+    "ｵﾌﾞｼﾞｪｸﾄのｵﾌﾟｼｮﾝ[継承可能なｱｸｾｽ許可を親からこのｵﾌﾞｼﾞｪｸﾄに継承できるようにする]に相違が"
+    "ありました。\r\n\t【ｲﾝﾎﾟｰﾄﾃﾞｰﾀ内のｵﾌﾟｼｮﾝ値】：無効\r\n\t【ｵﾌﾞｼﾞｪｸﾄ実際のｵﾌﾟｼｮﾝ値】：有効";
+
+class OUTest : public DcTest {
+  protected:
+    explicit OUTest(ConnectMethod method = ConnectMethod::Remote) : DcTest(method) {}
+    void SetUp() override {
+        DcTest::SetUp();
+        if (HasFatalFailure()) return;
+        ResetRun(folder.path());
+        RegisterOUProductionEngines();
+        RegisterOUModeEngines();
+        SetOUFastPath(true);
+        ClearTrusteeCache();
+        PendingNewName.clear();
+    }
+    void TearDown() override {
+        SetOUFastPath(true);
+        DcTest::TearDown();
+    }
+
+    // The test OU's name: the top cell of every row.
+    std::string Top() { return RdnValue(ou().Rdn()); }
+    // "OU=b,OU=a,OU=<test>" for "a,b".
+    std::string PathOf(std::string_view names) {
+        std::string path = ou().Rdn();
+        if (!names.empty())
+            for (const std::string& name : Split(names, ',')) path = "OU=" + name + "," + path;
+        return path;
+    }
+    std::string DnOf(std::string_view names) { return PathOf(names) + "," + gSession.DomainDN; }
+    static bool Binds(const std::string& dn) {
+        DirObject object;
+        return BindObject("LDAP://" + dn, object);
+    }
+    bool Exists(std::string_view names) { return Binds(DnOf(names)); }
+    // An attribute's one value, "" when it has none.
+    std::string Attr(std::string_view names, std::string_view attribute) {
+        DirObject object;
+        if (!BindObject("LDAP://" + DnOf(names), object)) return "<absent>";
+        return object.Get(attribute).value_or({});
+    }
+    // The OU's properties that have a value.
+    Props PropsOf(std::string_view names) {
+        Props props;
+        for (const char* a : {"c", "postalCode", "st", "l", "street", "description", "managedBy"})
+            if (std::string v = Attr(names, a); !v.empty()) props[a] = v;
+        return props;
+    }
+
+    // Makes the object `relative` (to the domain) with these attributes; gives it bound.
+    DirObject Make(std::string_view cls, const std::string& relative,
+                   const Attributes& attributes = {}) {
+        auto made = gSession.RootObject.Create(cls, relative);
+        EXPECT_TRUE(made.ok()) << relative << ": " << made.status().message;
+        if (!made.ok()) return {};
+        for (const auto& [name, value] : attributes) made->Put(name, value);
+        DirStatus status = made->SetInfo();
+        EXPECT_TRUE(status.ok()) << relative << ": " << status.message;
+        DirObject bound;
+        EXPECT_TRUE(BindObject("LDAP://" + relative + "," + gSession.DomainDN, bound));
+        return bound;
+    }
+    DirObject MakeOU(std::string_view names, const Attributes& attributes = {}) {
+        return Make("organizationalUnit", PathOf(names), attributes);
+    }
+    // A user (or group...) `cn` in the OU `names`, with an account name unique in the domain.
+    // Gives the account name.
+    std::string MakeAccount(std::string_view cls, std::string_view cn,
+                            std::string_view names = "") {
+        Make(cls, "CN=" + std::string(cn) + "," + PathOf(names), {{"sAMAccountName", Sam(cn)}});
+        return Sam(cn);
+    }
+    static std::string Sam(std::string_view cn) {
+        return std::string(cn.substr(0, 8)) + std::to_string(getpid());
+    }
+
+    // The DACL's control and its explicit ACEs (all its ACEs with `inherited`).
+    std::pair<uint16_t, std::vector<Ace>> Dacl(std::string_view names, bool inherited = false) {
+        DirObject object;
+        if (!BindObject("LDAP://" + DnOf(names), object)) return {};
+        auto dacl = ReadObjectDacl(object);
+        if (!dacl) return {};
+        std::vector<Ace> aces;
+        for (const Ace& ace : dacl->Aces())
+            if (inherited || !ace.IsInherited()) aces.push_back(ace);
+        return {dacl->descriptor.Control, aces};
+    }
+    std::vector<Ace> AcesOf(std::string_view names, const std::string& account) {
+        std::vector<Ace> aces;
+        for (const Ace& ace : Dacl(names, true).second)
+            if (IsAceOf(ace, TrusteeName(account))) aces.push_back(ace);
+        return aces;
+    }
+
+    // Writes `lines` as the run's CSV file (CP932, CR LF) and runs them through RunRows_OU with
+    // `op` as the RowOperation, on a run reset as its driver resets it. Gives the text of the
+    // event log, which holds this run's row lines alone.
+    std::string Run(RowOperation op, std::vector<std::string> lines) {
+        for (std::string& line : lines) line = ReplaceAll(line, "{T}", Top());
+        const std::filesystem::path csv = folder / "rows.csv";
+        WriteCsv(csv, lines);
+        const int trace = TraceMode;  // a test may have turned the trace on
+        ResetRun(folder.path());
+        TraceMode = trace;
+        std::filesystem::remove(gRun.strEventLogPath);
+        gRun.strCsvPath = csv.string();
+        gRun.blnImitate = op >= 4 && op <= 7;
+        gRun.blnCompare = op >= 8;
+        const auto kind =
+            op == kCompareOfExport ? OperationKind::Exp : static_cast<OperationKind>(op % 4);
+        PrepareRunColumns(ObjectKind::OU, kind, op == kCompareOfExport);
+        EXPECT_TRUE(ReadHeader(csv, gRun.ColumnNames, gRun.ColumnIndex));
+        EXPECT_TRUE(ReadMirrorFlags(csv, gRun.MirrorFlags));
+        gRun.lngObjectCnt = CountObjects(csv);
+        requests = gSession.Connection->RequestCount();
+        RunRows_OU(csv, op, gRun.ColumnIndex);
+        requests = gSession.Connection->RequestCount() - requests;
+        return platform::Cp932ToUtf8(ReadBytes(gRun.strEventLogPath));
+    }
+
+    // The counters of the last run: "success/warning/failure", or in a compare
+    // "match/difference/failure".
+    static std::string Tally() {
+        const int32_t second = gRun.blnCompare ? gRun.lngDiffCnt : gRun.lngWarningCnt;
+        const int32_t first = gRun.blnCompare ? gRun.lngMatchCnt : gRun.lngSuccessCnt;
+        return std::to_string(first) + "/" + std::to_string(second) + "/" +
+               std::to_string(gRun.lngFailureCnt);
+    }
+
+    ScratchFolder folder;
+    long requests = 0;  // LDAP requests of the last Run
+};
+
+// Runs every test of a suite twice: with the fast path, and the exact way alone. Both must
+// leave the same log and the same directory.
+class BothWays : public OUTest, public ::testing::WithParamInterface<bool> {
+  protected:
+    void SetUp() override {
+        OUTest::SetUp();
+        SetOUFastPath(GetParam());
+    }
+};
+
+inline std::string WayName(const ::testing::TestParamInfo<bool>& info) {
+    return info.param ? "Fast" : "Exact";
+}
+
+}  // namespace orin::test
