@@ -115,111 +115,69 @@ TEST(CsvFiles, ReadHeaderIgnoresColumnsBeyondTheSixteenBitRange) {
     EXPECT_EQ(index, (std::vector<int16_t>{0, -1}));
 }
 
-TEST(CsvFiles, CountObjectsCountsNonMirrorRows) {
-    auto p = WriteCsv("count.csv",
-                      "!OU-Start,OU-End,Mirror\r\n"
-                      "#captions\r\n"
-                      "A,,\r\n"               // object 1
-                      "A,, yes \r\n"          // Mirror row
-                      ",,\r\n"                // blank row
-                      "\r\n"                  // blank line
-                      "B,,No\r\n"             // object 2
-                      "C\r\n"                 // too short for Mirror: object 3
-                      "D,,Y\r\n"              // invalid value counts: object 4
-                      " #E,,YES\r\n"          // a data row after all, Mirror row
-                      "!OU-Start,Mirror\r\n"  // a later header moves the Mirror column
-                      "F,YES\r\n"
-                      "G,\r\n");  // object 5
-    EXPECT_EQ(CountObjects(p), 5);
-}
-
-TEST(CsvFiles, CountObjectsEdgeFiles) {
-    EXPECT_EQ(CountObjects(WriteCsv("count_header_only.csv", "!OU-Start,OU-End,Mirror\r\n")), 0);
-    EXPECT_EQ(
-        CountObjects(WriteCsv("count_all_mirror.csv", "!OU-Start,Mirror\r\nA,Yes\r\nB,YES\r\n")),
-        0);
-    // A first row flagged "Y" gets no count.
-    EXPECT_EQ(CountObjects(WriteCsv("count_first_y.csv", "!OU-Start,Mirror\r\nA,Yes\r\nB,\r\n")),
-              1);
-    // "!Mirror" on the first cell is not the Mirror column here: every row counts.
-    EXPECT_EQ(CountObjects(WriteCsv("count_bang_mirror.csv", "!Mirror,OU-Start\r\nYes,A\r\n")), 1);
+// CountObjects and ReadMirrorFlags over the same files: the object count, and the flag of every
+// ordinal from 1 (N new object, Y Mirror row, ? invalid), or no flags when the read fails.
+TEST(CsvFiles, ObjectCountAndMirrorFlags) {
+    struct Case {
+        const char* name;
+        std::string bytes;
+        int32_t objects;
+        std::vector<std::string> flags;  // without the unused entry 0; {"fails"} for a failure
+    };
+    const std::vector<Case> cases = {
+        {"mixed rows",
+         platform::Utf8ToCp932("!OU-Start,OU-End,Mirror\r\n#captions\r\n"
+                               "A,,\r\nA,, yEs \r\n"      // a Mirror row, any case, blanks around
+                               ",,\r\n\r\n"               // a blank row and line get no ordinal
+                               "B,,no\r\nC\r\n"           // too short for Mirror: a new object
+                               "D,,Y\r\nE,,TRUE\r\n"      // invalid values count as objects
+                               "#F,,YES\r\n #G,,YES\r\n"  // a comment; a data row after all
+                               "!OU-Start,Mirror\r\nH,YES\r\nI,\r\n"),  // a later header
+         6,
+         {"N", "Y", "N", "N", "?", "?", "Y", "Y", "N"}},
+        {"header only", "!OU-Start,OU-End,Mirror\r\n", 0, {}},
+        {"all Mirror rows", "!OU-Start,Mirror\r\nA,Yes\r\nB,YES\r\n", 0, {"Y", "Y"}},
+        {"first row a Mirror row", "!OU-Start,Mirror\r\nA,Yes\r\nB,\r\n", 1, {"Y", "N"}},
+        {"data ahead of the header",
+         "A,Yes\r\n!OU-Start,Mirror\r\nB,Yes\r\nC,\r\n",
+         2,
+         {"N", "Y", "N"}},
+        {"every line ending, none at the end",
+         "!OU-Start,Mirror\r\nA,\nB,Yes\rC,\r\n\r\nD,",
+         3,
+         {"N", "Y", "N", "N"}},
+        // A lead byte without its trail, 0xFF, a lone lead byte at a line's end: rows still read.
+        {"damaged bytes",
+         std::string("!OU-Start,RDN,Mirror\r\nA\x81 ,x,\r\nB,\xFF\xFF,Yes\r\nC,y,\x82\r\n") +
+             platform::Utf8ToCp932("技術部,z,\r\n"),
+         3,
+         {"N", "Y", "?", "N"}},
+        {"a huge line", "!OU-Start,Mirror\r\nX," + std::string(6 << 20, 'a'), 1, {"?"}},
+        // "!Mirror" on the first cell is not the Mirror column: every row counts, flags fail.
+        {"no Mirror", "!OU-Start,OU-End\r\nA,B\r\nC,D\r\n", 2, {"fails"}},
+        {"bang Mirror", "!Mirror,OU-Start\r\nYes,A\r\n", 1, {"fails"}},
+        {"later header without Mirror",
+         "!OU-Start,Mirror\r\nA,\r\n!Mirror,OU-Start\r\n",
+         1,
+         {"fails"}},
+    };
+    for (const Case& c : cases) {
+        SCOPED_TRACE(c.name);
+        const auto p = WriteBytes("objects.csv", c.bytes);
+        EXPECT_EQ(CountObjects(p), c.objects);
+        std::vector<std::string> flags = {"stale"};
+        if (c.flags == std::vector<std::string>{"fails"}) {
+            EXPECT_FALSE(ReadMirrorFlags(p, flags));
+            EXPECT_TRUE(flags.empty());
+            // The rows are counted all the same; without Mirror each row is an object.
+            EXPECT_EQ(gRun.lngDataRowCnt, c.objects);
+            continue;
+        }
+        ASSERT_TRUE(ReadMirrorFlags(p, flags));
+        std::vector<std::string> expected = {""};
+        expected.insert(expected.end(), c.flags.begin(), c.flags.end());
+        EXPECT_EQ(flags, expected);
+        EXPECT_EQ(gRun.lngDataRowCnt, static_cast<int32_t>(c.flags.size()));
+    }
     EXPECT_EQ(CountObjects(ScratchFile("no_such_count.csv")), 0);
-}
-
-TEST(CsvFiles, DataAheadOfTheFirstHeaderStartsObjects) {
-    auto p = WriteCsv("data_first.csv", "A,Yes\r\n!OU-Start,Mirror\r\nB,Yes\r\nC,\r\n");
-    EXPECT_EQ(CountObjects(p), 2);  // "A" and "C"
-    std::vector<std::string> flags;
-    ASSERT_TRUE(ReadMirrorFlags(p, flags));
-    EXPECT_EQ(flags, (std::vector<std::string>{"", "N", "Y", "N"}));
-}
-
-TEST(CsvFiles, MirrorFlagsPerOrdinal) {
-    gRun.lngDataRowCnt = -5;
-    auto p = WriteCsv("flags.csv",
-                      "!OU-Start,OU-End,Mirror\r\n"
-                      "A,,\r\n"
-                      ",,\r\n"  // blank row: no ordinal
-                      "A,, yEs \r\n"
-                      "B,,no\r\n"
-                      "C\r\n"
-                      "D,,Y\r\n"
-                      "E,,TRUE\r\n"
-                      "#F,,YES\r\n");
-    std::vector<std::string> flags;
-    ASSERT_TRUE(ReadMirrorFlags(p, flags));
-    EXPECT_EQ(gRun.lngDataRowCnt, 6);
-    EXPECT_EQ(flags, (std::vector<std::string>{"", "N", "Y", "N", "N", "?", "?"}));
-}
-
-TEST(CsvFiles, MirrorFlagsFailOnAHeaderWithoutMirror) {
-    std::vector<std::string> flags = {"stale"};
-    auto p = WriteCsv("flags_nomirror.csv", "!OU-Start,OU-End\r\nA,B\r\nC,D\r\n");
-    EXPECT_FALSE(ReadMirrorFlags(p, flags));
-    EXPECT_TRUE(flags.empty());
-    EXPECT_EQ(gRun.lngDataRowCnt, 2);  // the first pass has counted
-
-    // Any later header without Mirror fails as well; "!Mirror" on the first cell isn't one.
-    auto later = WriteCsv("flags_later.csv", "!OU-Start,Mirror\r\nA,\r\n!Mirror,OU-Start\r\n");
-    EXPECT_FALSE(ReadMirrorFlags(later, flags));
-    EXPECT_TRUE(flags.empty());
-}
-
-TEST(CsvFiles, LineEndingsOfEveryKindAndNoByteOrderMark) {
-    // CR LF, LF and a lone CR all end a line; the last line needs no ending.
-    auto p = WriteBytes("endings.csv", "!OU-Start,Mirror\r\nA,\nB,Yes\rC,\r\n\r\nD,");
-    EXPECT_EQ(CountObjects(p), 3);
-    std::vector<std::string> flags;
-    ASSERT_TRUE(ReadMirrorFlags(p, flags));
-    EXPECT_EQ(flags, (std::vector<std::string>{"", "N", "Y", "N", "N"}));
-}
-
-TEST(CsvFiles, DamagedBytesAreReadRowByRow) {
-    // 0x81 0x20 is a lead byte without its trail, 0xFF is never valid, a lone lead byte ends
-    // the third row; every row is still read, and the kanji row decodes as it should.
-    std::string bytes = "!OU-Start,RDN,Mirror\r\n";
-    bytes += std::string("A\x81 ,x,\r\n", 8);
-    bytes += std::string("B,\xFF\xFF,Yes\r\n", 11);
-    bytes += std::string("C,y,\x82\r\n", 8);
-    bytes += platform::Utf8ToCp932("技術部,z,\r\n");
-    auto p = WriteBytes("damaged.csv", bytes);
-
-    EXPECT_TRUE(HasHeaderLine(p));
-    EXPECT_EQ(CountObjects(p), 3);
-    std::vector<std::string> flags;
-    ASSERT_TRUE(ReadMirrorFlags(p, flags));
-    EXPECT_EQ(flags, (std::vector<std::string>{"", "N", "Y", "?", "N"}));
-    std::vector<int16_t> index;
-    ASSERT_TRUE(ReadHeader(p, {"RDN", "Mirror"}, index));
-    EXPECT_EQ(index, (std::vector<int16_t>{1, 2}));
-}
-
-TEST(CsvFiles, AHugeLineWithoutNewlineIsOneRow) {
-    std::string line = "!OU-Start,Mirror\r\nX,";
-    line.append(6 * 1024 * 1024, 'a');
-    auto p = WriteBytes("huge.csv", line);
-    EXPECT_EQ(CountObjects(p), 1);
-    std::vector<std::string> flags;
-    ASSERT_TRUE(ReadMirrorFlags(p, flags));
-    EXPECT_EQ(flags, (std::vector<std::string>{"", "?"}));
 }

@@ -1,6 +1,5 @@
 #include <gtest/gtest.h>
 
-#include "CsvTestFiles.h"
 #include "csv/CsvReader.h"
 #include "run/RunContext.h"
 
@@ -25,33 +24,32 @@ std::string Answers(Predicate predicate) {
 
 }  // namespace
 
-TEST(MirrorChain, PlainChains) {
-    SetFlags("NYYNNY");
-    EXPECT_EQ(Answers(IsObjectEnd), "001101");
-    EXPECT_EQ(Answers(IsLastMirrorRow), "001101");
-    EXPECT_EQ(Answers(ChainEnds), "001101");
-
-    // A first row flagged "Y" has no object above it and simply continues into row 2.
-    SetFlags("YYNY");
-    EXPECT_EQ(Answers(IsObjectEnd), "0101");
-    EXPECT_EQ(Answers(IsLastMirrorRow), "0101");
-    EXPECT_EQ(Answers(ChainEnds), "0101");
+TEST(MirrorChain, PredicatesPerOrdinal) {
+    struct Case {
+        const char* flags;
+        const char* objectEnd;
+        const char* lastMirrorRow;  // also ChainEnds
+    };
+    const std::vector<Case> cases = {
+        {"NYYNNY", "001101", "001101"},
+        // A first row flagged "Y" has no object above it and simply continues into row 2.
+        {"YYNY", "0101", "0101"},
+        // A "?" ends the object above it for IsObjectEnd, but not the chain for the modify
+        // engines; and a "?" row followed by "N" ends its object but is no last Mirror row.
+        {"N?NY?YN", "1101011", "0000011"},
+        {"N?", "11", "01"},
+    };
+    for (const Case& c : cases) {
+        SCOPED_TRACE(c.flags);
+        SetFlags(c.flags);
+        EXPECT_EQ(Answers(IsObjectEnd), c.objectEnd);
+        EXPECT_EQ(Answers(IsLastMirrorRow), c.lastMirrorRow);
+        EXPECT_EQ(Answers(ChainEnds), c.lastMirrorRow);
+    }
 }
 
-TEST(MirrorChain, InvalidFlagsSplitThePredicates) {
-    // A "?" ends the object above it for IsObjectEnd, but not the chain for the modify
-    // engines; and a "?" row followed by "N" ends its object but is no last Mirror row.
-    SetFlags("N?NY?YN");
-    EXPECT_EQ(Answers(IsObjectEnd), "1101011");
-    EXPECT_EQ(Answers(IsLastMirrorRow), "0000011");
-    EXPECT_EQ(Answers(ChainEnds), "0000011");
-}
-
-TEST(MirrorChain, TheLastRowAlwaysEndsAndOrdinalsOutsideTheFileAreSafe) {
+TEST(MirrorChain, OrdinalsOutsideTheFileAndMissingFlagsAreSafe) {
     SetFlags("N?");
-    EXPECT_TRUE(IsObjectEnd(2));
-    EXPECT_TRUE(IsLastMirrorRow(2));
-    EXPECT_TRUE(ChainEnds(2));
     // Beyond the last row: the first two predicates say "not below the count", ChainEnds only
     // knows the last row itself.
     EXPECT_TRUE(IsObjectEnd(3));
@@ -67,15 +65,4 @@ TEST(MirrorChain, TheLastRowAlwaysEndsAndOrdinalsOutsideTheFileAreSafe) {
     EXPECT_EQ(Answers(IsObjectEnd), "0001");
     EXPECT_EQ(Answers(IsLastMirrorRow), "0001");
     EXPECT_EQ(Answers(ChainEnds), "0001");
-}
-
-TEST(MirrorChain, FlagsFromAFileDriveThePredicates) {
-    auto p = csvtest::WriteCsv("chain.csv",
-                               "!OU-Start,Mirror\r\n#,ミラー\r\nA,\r\nA,Yes\r\n,\r\nA,YES\r\n"
-                               "B,maybe\r\nC,No\r\nC,yes\r\n");
-    ASSERT_TRUE(ReadMirrorFlags(p, gRun.MirrorFlags));
-    ASSERT_EQ(gRun.lngDataRowCnt, 6);
-    EXPECT_EQ(Answers(IsObjectEnd), "001101");
-    EXPECT_EQ(Answers(IsLastMirrorRow), "000001");
-    EXPECT_EQ(Answers(ChainEnds), "000001");
 }
