@@ -28,16 +28,20 @@ std::string ReadBytes(const fs::path& p) {
 
 }  // namespace
 
-TEST(Cp932, RoundTripsKanjiKanaAndHalfWidthKatakana) {
-    const std::string text = "組織単位の本番追加 ｸﾞﾙｰﾌﾟ　全角スペース～①";
-    std::string bytes = Utf8ToCp932(text);
-    EXPECT_NE(bytes, text);
-    EXPECT_EQ(Cp932ToUtf8(bytes), text);
-    // Half-width katakana are single bytes in CP932.
-    EXPECT_EQ(Utf8ToCp932("ｸ"), std::string("\xB8"));
-    // Backslash stays a backslash (not a yen sign) both ways.
-    EXPECT_EQ(Utf8ToCp932("\\\\srv\\share"), "\\\\srv\\share");
-    EXPECT_EQ(Cp932ToUtf8("\\\\srv\\share"), "\\\\srv\\share");
+TEST(Cp932, KnownBytesBothWays) {
+    const std::vector<std::pair<std::string, std::string>> cases = {
+        {"ユーザーの入力情報", "\x83\x86\x81[\x83U\x81[\x82\xCC\x93\xFC\x97\xCD\x8F\xEE\x95\xF1"},
+        {"【　◆】", "\x81\x79\x81\x40\x81\x9F\x81\x7A"},
+        // Half-width katakana are single bytes; the Windows forms of the tilde and circled one.
+        {"ｸﾞﾙｰﾌﾟ", "\xB8\xDE\xD9\xB0\xCC\xDF"},
+        {"～①", "\x81\x60\x87\x40"},
+        // Backslash stays a backslash (not a yen sign) both ways.
+        {"\\\\srv\\share", "\\\\srv\\share"},
+    };
+    for (const auto& [utf8, cp932] : cases) {
+        EXPECT_EQ(Utf8ToCp932(utf8), cp932) << utf8;
+        EXPECT_EQ(Cp932ToUtf8(cp932), utf8) << utf8;
+    }
 }
 
 TEST(Cp932, BadBytesBecomeReplacementCharactersAndDecodingGoesOn) {
