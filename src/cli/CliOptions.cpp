@@ -102,7 +102,7 @@ bool Choose(const OptionList& options, const std::string& name,
 std::optional<Command> ParseRun(const std::vector<std::string>& args, std::string& error) {
     OptionList options(args, 1,
                        {"--kind", "--op", "--mode", "--csv", "--dns", "--netbios", "--method",
-                        "--server", "--user", "--password-file", "--ca-file"},
+                        "--server", "--user", "--password-file", "--ca-file", "--auth"},
                        {"--trust-test-dc", "--yes"}, error);
     if (!error.empty()) return std::nullopt;
     RunOptions run;
@@ -139,6 +139,14 @@ std::optional<Command> ParseRun(const std::vector<std::string>& args, std::strin
     run.user = options.Value("--user");
     run.passwordFile = options.Value("--password-file");
     run.caFile = options.Value("--ca-file");
+    run.auth = options.Value("--auth");
+    if (run.auth) {
+        *run.auth = ToLowerAscii(*run.auth);
+        if (*run.auth != "auto" && *run.auth != "tls" && *run.auth != "kerberos") {
+            error = "--auth の値が正しくありません: " + *options.Value("--auth");
+            return std::nullopt;
+        }
+    }
     run.trustTestDc = options.Flag("--trust-test-dc");
     if (run.caFile && run.trustTestDc) {
         error = "--ca-file と --trust-test-dc は同時に指定できません。";
@@ -192,13 +200,17 @@ const char* UsageText() {
            "               --mode production|imitate|compare --csv FILE\n"
            "               [--dns DNSNAME] [--netbios NAME] [--method local|remote]\n"
            "               [--server DC] [--user NAME] [--password-file FILE]\n"
-           "               [--ca-file FILE | --trust-test-dc] [--yes]\n"
+           "               [--ca-file FILE | --trust-test-dc] [--auth auto|tls|kerberos]\n"
+           "               [--yes]\n"
            "  orin-cli template --kind ou|group|user|computer|share --op add|del|mov|mdf\n"
            "               --out FILE [--yes]\n"
            "\n"
            "省略した値は Orin.ini の値を使います (ORIN_HOME のﾌｫﾙﾀﾞ、なければ実行ﾌｧｲﾙのﾌｫﾙﾀﾞ)。\n"
            "ﾊﾟｽﾜｰﾄﾞは --password-file、環境変数 ORIN_PASSWORD、端末での入力の順に探します。\n"
            "--yes は確認の質問すべてに｢はい｣と答えます。端末がなければ｢いいえ｣と答えます。\n"
+           "--auth はﾘﾓｰﾄ接続の認証方式です: tls は LDAPS (または StartTLS) での認証だけ、\n"
+           "kerberos はﾊﾟｽﾜｰﾄﾞから得た Kerberos ﾁｹｯﾄでの暗号化された認証だけ、auto (既定) は\n"
+           "tls を使い、DC が TLS を提供しないときだけ kerberos を使います。\n"
            "\n"
            "終了ｺｰﾄﾞ: 0 全件成功(一致)  1 失敗あり  2 警告または相違あり(失敗なし)\n"
            "          3 処理開始前に中止  4 ﾄﾞﾒｲﾝ接続失敗  64 ｺﾏﾝﾄﾞ行の誤り  130 Ctrl-Cで中断\n";

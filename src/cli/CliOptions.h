@@ -34,6 +34,7 @@ struct RunOptions {
     std::optional<std::string> user;
     std::optional<std::string> passwordFile;
     std::optional<std::string> caFile;
+    std::optional<std::string> auth;  // remote: "auto", "tls" or "kerberos"
     bool trustTestDc = false;
     bool yes = false;
 };

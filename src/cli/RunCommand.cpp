@@ -27,6 +27,11 @@ void ApplyOptions(const RunOptions& options) {
     if (options.server) gSession.DcComputerName = Trim(*options.server);
     if (options.user) gSession.UserName = Trim(*options.user);
     if (options.caFile) gSession.CaFile = *options.caFile;
+    if (options.auth) {
+        gSession.RemoteAuthentication = *options.auth == "tls"        ? RemoteAuth::TlsOnly
+                                        : *options.auth == "kerberos" ? RemoteAuth::KerberosOnly
+                                                                      : RemoteAuth::Automatic;
+    }
     gSession.TrustAnyCertificate = options.trustTestDc;
 }
 

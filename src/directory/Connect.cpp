@@ -6,6 +6,7 @@
 
 #include "directory/DirectorySession.h"
 #include "directory/Paths.h"
+#include "platform/Kerberos.h"
 #include "platform/LdapConnection.h"
 #include "platform/Strings.h"
 #include "run/Operator.h"
@@ -168,6 +169,80 @@ std::string RemoteBindName() {
     return user + "@" + gSession.DomainDNSName;
 }
 
+// Where the simple bind goes: LDAPS, or port 389 to be upgraded by StartTLS.
+std::string TlsUri() {
+    return gSession.UseStartTls ? platform::LdapUri("ldap", gSession.DcComputerName, 389)
+                                : platform::LdapUri("ldaps", gSession.DcComputerName, 636);
+}
+
+LdapStatus SecureWithTls(LdapConnection& conn) {
+    return gSession.UseStartTls ? conn.StartTls() : conn.Connect();
+}
+
+// The DC completes a TLS handshake when its certificate goes unchecked: it offers TLS, and what
+// failed before was the certificate. Nothing but the handshake is sent.
+bool OffersTls() {
+    platform::LdapOptions options = SessionOptions();
+    options.trustAnyCertificate = true;
+    std::unique_ptr<LdapConnection> probe;
+    return LdapConnection::Create(TlsUri(), options, probe).ok() && SecureWithTls(*probe).ok();
+}
+
+// Binds `conn` (ldap://DC:389) with a Kerberos ticket obtained from the password. The bind
+// counts only when the Kerberos security layer seals the session.
+LdapStatus BindKerberos(LdapConnection& conn) {
+    std::string error;
+    auto principal = platform::PrincipalForUser(gSession.UserName, gSession.DomainDNSName,
+                                                gSession.DomainNetBIOSName, &error);
+    if (!principal) return {platform::kLdapParamError, "Kerberos: " + error};
+    platform::KerberosLogin login;
+    login.principal = *principal;
+    login.serviceHost = gSession.DcComputerName;
+    login.fallbackKdc = gSession.DcComputerName;
+    login.timeoutSeconds = gSession.KerberosTimeoutSeconds;
+    std::shared_ptr<platform::KerberosCredentials> credentials;
+    platform::KerberosStatus kerberos =
+        platform::KerberosCredentials::FromPassword(login, gSession.Password, credentials);
+    if (!kerberos.ok()) {
+        return {kerberos.code == platform::kKerberosTimedOut ? platform::kLdapTimeout
+                                                             : platform::kLdapInvalidCredentials,
+                "Kerberos: " + kerberos.message};
+    }
+    LdapStatus status = conn.GssapiBind(std::move(credentials));
+    if (status.ok() && !conn.IsEncrypted()) {
+        status = {platform::kLdapStrongAuthRequired, "GSSAPI bind without a sealing layer"};
+    }
+    return status;
+}
+
+// Secures and binds one of the prepared connections (either may be null, as the session's
+// RemoteAuthentication allows): TLS with a simple bind where the DC offers TLS, else Kerberos.
+// A DC that offers TLS with a certificate that fails the check is not a reason for Kerberos:
+// that is the operator's to settle (a CA file, or Kerberos chosen explicitly). `out` gets the
+// bound connection.
+LdapStatus BindRemote(std::unique_ptr<LdapConnection> tls, std::unique_ptr<LdapConnection> plain,
+                      std::unique_ptr<LdapConnection>& out) {
+    if (tls) {
+        LdapStatus status = SecureWithTls(*tls);
+        if (status.ok() || !plain) {
+            if (status.ok()) status = tls->SimpleBind(RemoteBindName(), gSession.Password);
+            if (status.ok()) out = std::move(tls);
+            return status;
+        }
+        LdapStatus reached = plain->Connect();
+        if (!reached.ok()) return {reached.code, status.message + "; " + reached.message};
+        if (OffersTls()) {
+            return {status.code, status.message + " (the DC offers TLS: certificate not trusted)"};
+        }
+        WriteTrace(
+            TraceMode, true, kTraceSub, "ConnectRemote",
+            "no TLS at " + gSession.DcComputerName + " (" + status.message + "): Kerberos instead");
+    }
+    LdapStatus status = BindKerberos(*plain);
+    if (status.ok()) out = std::move(plain);
+    return status;
+}
+
 }  // namespace
 
 void ConnectLocal() {
@@ -204,20 +279,26 @@ void ConnectRemote() {
     WaitOneSecond();
     Forget();
 
-    // The "LDAP:" provider: a connection to the DC can be prepared.
-    std::unique_ptr<LdapConnection> conn;
+    // The "LDAP:" provider: the connections that the session's way of binding needs can be
+    // prepared.
+    const RemoteAuth auth = gSession.RemoteAuthentication;
+    std::unique_ptr<LdapConnection> tls, plain;
     LdapStatus status{platform::kLdapParamError, "no domain controller name"};
     if (!Trim(gSession.DcComputerName).empty()) {
-        std::string uri = gSession.UseStartTls
-                              ? platform::LdapUri("ldap", gSession.DcComputerName, 389)
-                              : platform::LdapUri("ldaps", gSession.DcComputerName, 636);
-        status = LdapConnection::Create(uri, SessionOptions(), conn);
+        status = {};
+        if (auth != RemoteAuth::KerberosOnly) {
+            status = LdapConnection::Create(TlsUri(), SessionOptions(), tls);
+        }
+        if (status.ok() && auth != RemoteAuth::TlsOnly) {
+            status = LdapConnection::Create(platform::LdapUri("ldap", gSession.DcComputerName, 389),
+                                            SessionOptions(), plain);
+        }
     }
     if (!status.ok()) return Fail(kProc, kRemoteHeadline, kLdapProviderFailed, status.message);
 
     // The domain root under the given credentials, over an encrypted channel only.
-    if (gSession.UseStartTls) status = conn->StartTls();
-    if (status.ok()) status = conn->SimpleBind(RemoteBindName(), gSession.Password);
+    std::unique_ptr<LdapConnection> conn;
+    status = BindRemote(std::move(tls), std::move(plain), conn);
     if (!status.ok()) return Fail(kProc, kRemoteHeadline, kDnsNameFailed, status.message);
     gSession.Connection = std::move(conn);
     auto root = DirObject::Load(gSession.Connection, gSession.DcComputerName, gSession.DomainDN);

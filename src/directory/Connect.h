@@ -7,10 +7,23 @@
 // local:  the logged-on user's Kerberos credentials (SASL GSSAPI), against the domain's DNS
 //         name. The name leads to a DC; the bind goes to that DC's own host name, the name its
 //         Kerberos service principal carries.
-// remote: the named DC, with the user name and password, over LDAPS (port 636), or over
-//         StartTLS on port 389 when gSession.UseStartTls is set. A bare user name is sent as
-//         "name@<DomainDNSName>"; "DOMAIN\name", "name@realm" and distinguished names go as
-//         they are.
+// remote: the named DC, with the user name and password, never a password in clear. How, by
+//         gSession.RemoteAuthentication:
+//         - TLS: a simple bind over LDAPS (port 636), or over StartTLS on port 389 when
+//           gSession.UseStartTls is set. A bare user name is sent as "name@<DomainDNSName>";
+//           "DOMAIN\name", "name@realm" and distinguished names go as they are.
+//         - Kerberos: a ticket obtained from the password (platform/Kerberos.h: the realm's KDC,
+//           or the DC itself where none is configured or published), then a SASL GSSAPI bind
+//           on port 389 whose security layer signs and seals everything after it. The user name
+//           maps to a principal: "name" -> name@REALM, "DOMAIN\name" -> name@REALM, a UPN as
+//           it is; a distinguished name has none and fails.
+//         - Automatic (the default): TLS; Kerberos when the TLS channel can't be made, the DC
+//           answers on port 389 and it offers no TLS at all (the handshake fails even with the
+//           certificate unchecked). A certificate that fails the check is not such a case: the
+//           connection fails, as an interception would look the same, and the operator decides
+//           (a CA file, or Kerberos chosen explicitly). Kerberos itself needs no certificate:
+//           the KDC vouches for the DC by its service ticket, and the DC proves itself in the
+//           mutual authentication of the bind.
 //
 // There is no WinNT namespace over LDAP. What its steps proved is checked on the domain itself:
 // - "WinNT://<NetBIOS>" bound: the NetBIOS name given is the domain's, i.e. the crossRef of

@@ -13,6 +13,13 @@ class LdapConnection;
 
 namespace orin {
 
+// How the remote method proves the user name and password to the named DC.
+enum class RemoteAuth {
+    Automatic,     // TLS with a simple bind; Kerberos where the DC offers no TLS at all
+    TlsOnly,       // LDAPS (or StartTLS) with a simple bind, nothing else
+    KerberosOnly,  // a Kerberos ticket from the password, GSSAPI sealed on port 389
+};
+
 struct DirectorySession {
     std::string DomainDNSName;
     std::string DomainNetBIOSName;
@@ -45,6 +52,10 @@ struct DirectorySession {
     int OperationTimeoutSeconds = 120;  // each request
     int PageSize = 500;  // entries per page of searches and enumerations, taken at connect;
                          // Connection->SetPageSize changes it afterwards
+
+    // remote: TLS, Kerberos from the password, or Kerberos where the DC offers no TLS.
+    RemoteAuth RemoteAuthentication = RemoteAuth::Automatic;
+    int KerberosTimeoutSeconds = 20;  // remote by Kerberos: the exchange with the KDC
 };
 
 // The process-wide session.

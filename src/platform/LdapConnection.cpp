@@ -10,8 +10,10 @@
 #include <condition_variable>
 #include <csignal>
 #include <filesystem>
+#include <optional>
 #include <thread>
 
+#include "platform/Kerberos.h"
 #include "platform/Strings.h"
 
 namespace orin::platform {
@@ -387,9 +389,15 @@ LdapStatus LdapConnection::SimpleBind(std::string_view name, std::string_view pa
     return {};
 }
 
-LdapStatus LdapConnection::GssapiBind() {
+LdapStatus LdapConnection::GssapiBind(std::shared_ptr<const KerberosCredentials> credentials) {
+    if (credentials) kerberos_ = std::move(credentials);
     LdapStatus status = Connect();
     if (!status.ok()) return status;
+    std::optional<KerberosCredentials::ThreadCache> cache;
+    if (kerberos_) {
+        cache.emplace(*kerberos_);
+        if (!cache->ok()) return {kLdapParamError, "GSSAPI bind: the ticket cache can't be used"};
+    }
     ++requests_;
     int rc = ldap_sasl_interactive_bind_s(ld_, nullptr, "GSSAPI", nullptr, nullptr, LDAP_SASL_QUIET,
                                           SaslInteract, nullptr);

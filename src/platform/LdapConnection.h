@@ -29,6 +29,8 @@ struct ldap_conncb;
 
 namespace orin::platform {
 
+class KerberosCredentials;  // platform/Kerberos.h
+
 // An LDAP result code (0 success, 32 no such object, 49 invalid credentials...) or a libldap
 // API code (negative: -1 server down, -5 timeout, -11 connect error...). The message holds the
 // code's text and the server's diagnostic, for traces and tests.
@@ -101,9 +103,11 @@ class LdapConnection {
     // Simple bind; refused without TLS, and refused for an empty password (which would be an
     // anonymous bind that looks like a success).
     LdapStatus SimpleBind(std::string_view name, std::string_view password);
-    // SASL GSSAPI with the caller's Kerberos credentials (KRB5CCNAME). The server's name is the
-    // host of the URI as written, never a reverse lookup of its address.
-    LdapStatus GssapiBind();
+    // SASL GSSAPI with the caller's Kerberos credentials (KRB5CCNAME), or with `credentials`
+    // (a private ticket cache, used for this connection only and kept to bind again after a
+    // drop). The server's name is the host of the URI as written, never a reverse lookup of its
+    // address.
+    LdapStatus GssapiBind(std::shared_ptr<const KerberosCredentials> credentials = nullptr);
 
     // TLS, or a SASL layer that encrypts.
     bool IsEncrypted() const;
@@ -175,6 +179,7 @@ class LdapConnection {
     BindKind bindKind_ = BindKind::None;
     bool startedTls_ = false;
     std::string bindName_, bindPassword_;
+    std::shared_ptr<const KerberosCredentials> kerberos_;
     bool onRequestKnown_ = false;
     std::vector<std::string> onRequest_;  // lower case, sorted
     std::unique_ptr<ldap_conncb> connectCallback_;
