@@ -4,10 +4,12 @@
 #include <unistd.h>
 
 #include <algorithm>
+#include <cctype>
 #include <cstdlib>
 #include <fstream>
 #include <map>
 
+#include "directory/Bind.h"
 #include "directory/Connect.h"
 #include "directory/DirectorySession.h"
 #include "directory/Paths.h"
@@ -131,6 +133,14 @@ void PrepareSession(ConnectMethod method) {
     return failure;
 }
 
+std::string UniqueSam(std::string_view base) {
+    std::string sam;
+    for (char c : base) {
+        if (std::isalnum(static_cast<unsigned char>(c)) && sam.size() < 10) sam += c;
+    }
+    return sam + std::to_string(getpid());
+}
+
 bool DeleteTree(std::string_view dn, std::string* error) {
     if (!gSession.Connection) {
         if (error) *error = "not connected";
@@ -204,12 +214,35 @@ std::string ScopedOu::Dn() const {
     return rdn_ + "," + gSession.DomainDN;
 }
 
-std::string ScopedOu::Path() const {
-    return "LDAP://" + Dn();
+std::string ScopedOu::Path(std::string_view rdn) const {
+    return "LDAP://" + (rdn.empty() ? Dn() : Relative(rdn) + "," + gSession.DomainDN);
 }
 
 std::string ScopedOu::Relative(std::string_view rdn) const {
     return std::string(rdn) + "," + rdn_;
+}
+
+DirObject ScopedOu::Make(std::string_view cls, std::string_view rdn,
+                         const std::vector<std::pair<std::string, std::string>>& values) {
+    auto created = gSession.RootObject.Create(cls, Relative(rdn));
+    EXPECT_TRUE(created.ok()) << rdn << ": " << created.status().message;
+    if (!created.ok()) return {};
+    const bool named = std::any_of(values.begin(), values.end(),
+                                   [](const auto& v) { return v.first == "sAMAccountName"; });
+    if (!named && (cls == "user" || cls == "group" || cls == "computer")) {
+        created->Put("sAMAccountName",
+                     UniqueSam(RdnValue(FirstRdn(rdn))) + (cls == "computer" ? "$" : ""));
+    }
+    for (const auto& [attribute, value] : values) created->Put(attribute, value);
+    DirStatus status = created->SetInfo();
+    EXPECT_TRUE(status.ok()) << rdn << ": " << status.message;
+    return status.ok() ? Bind(rdn) : DirObject{};
+}
+
+DirObject ScopedOu::Bind(std::string_view rdn) const {
+    DirObject object;
+    EXPECT_TRUE(BindObject(Path(rdn), object)) << Path(rdn);
+    return object;
 }
 
 void DcTest::SetUp() {

@@ -16,6 +16,8 @@
 #include <optional>
 #include <string>
 #include <string_view>
+#include <utility>
+#include <vector>
 
 #include "directory/DirObject.h"
 #include "support/ScriptedOperator.h"
@@ -54,6 +56,10 @@ void PrepareSession(ConnectMethod method);
 // operator is part of the assertion's text.
 ::testing::AssertionResult ConnectTestDc(ConnectMethod method);
 
+// An account name unique to this process and short enough for sAMAccountName (20 characters):
+// the first ten letters and digits of `base`, then the process id.
+std::string UniqueSam(std::string_view base);
+
 // Deletes the entry at `dn` and everything below it, deepest first.
 bool DeleteTree(std::string_view dn, std::string* error = nullptr);
 
@@ -71,11 +77,22 @@ class ScopedOu {
     bool ok() const { return object_.IsBound(); }
     const std::string& Rdn() const { return rdn_; }  // "OU=<name>"
     std::string Dn() const;                          // "OU=<name>,DC=orin,DC=test"
-    std::string Path() const;                        // "LDAP://" + Dn(), no server part
+    // "LDAP://" + Dn(), no server part; with an `rdn` the path of "<rdn>,<the OU>".
+    std::string Path(std::string_view rdn = {}) const;
     // The relative name under the root of something inside: Relative("CN=x") gives
     // "CN=x,OU=<name>", for Create, Delete and MoveHere on gSession.RootObject.
     std::string Relative(std::string_view rdn) const;
     DirObject& Object() { return object_; }
+
+    // Makes an object of class `cls` at `rdn` inside the OU ("CN=g" or "CN=u,OU=sub") with the
+    // values given, and returns it bound afresh; a refusal fails the current test. Users and
+    // groups get the sAMAccountName UniqueSam(<first RDN's value>), computers the same with "$",
+    // unless `values` names one.
+    DirObject Make(std::string_view cls, std::string_view rdn,
+                   const std::vector<std::pair<std::string, std::string>>& values = {});
+    // "<rdn>,<the OU>" (the OU itself for ""), bound afresh; fails the current test when it does
+    // not bind.
+    DirObject Bind(std::string_view rdn) const;
 
   private:
     std::string rdn_;
