@@ -2,7 +2,6 @@
 // are complete, also for a group far larger than one answer's worth of values.
 
 #include <gtest/gtest.h>
-#include <unistd.h>
 
 #include <chrono>
 #include <set>
@@ -15,82 +14,55 @@
 namespace orin::test {
 namespace {
 
-std::string Account(std::string_view base) {
-    return std::string(base) + "-" + std::to_string(getpid());
-}
-
 class Groups : public DcTest {
   protected:
-    DirObject MakeGroup(const std::string& cn) {
-        auto g = gSession.RootObject.Create("group", "CN=" + cn + "," + ou().Rdn());
-        EXPECT_TRUE(g.ok());
-        g->Put("sAMAccountName", Account(cn));
-        EXPECT_TRUE(g->SetInfo().ok());
-        return *g;
-    }
-    std::string MakeUser(const std::string& cn) {
-        auto u = gSession.RootObject.Create("user", "CN=" + cn + "," + ou().Rdn());
-        EXPECT_TRUE(u.ok());
-        u->Put("sAMAccountName", Account(cn));
-        EXPECT_TRUE(u->SetInfo().ok());
-        return "LDAP://CN=" + cn + "," + ou().Dn();
-    }
-    static std::set<std::string> Dns(const std::vector<DirObject>& objects) {
+    static std::set<std::string> Dns(const DirResult<std::vector<DirObject>>& objects) {
         std::set<std::string> dns;
-        for (const auto& o : objects) dns.insert(o.DN());
+        for (const auto& o : objects.value_or({})) dns.insert(o.DN());
         return dns;
     }
 };
 
 TEST_F(Groups, AddAndRemoveNeedNoSetInfo) {
-    DirObject g = MakeGroup("g");
-    std::string u1 = MakeUser("u1"), u2 = MakeUser("u2");
+    DirObject g = ou().Make("group", "CN=g");
+    ou().Make("user", "CN=u1");
+    ou().Make("user", "CN=u2");
+    const std::string u1 = ou().Path("CN=u1"), u2 = ou().Path("CN=u2");
     ASSERT_TRUE(g.Add(u1).ok());
     ASSERT_TRUE(g.Add(u2).ok());
+    // The group's own cache follows its own changes.
+    EXPECT_EQ(g.GetEx("member").value_or({}).size(), 2u);
 
-    DirObject seen;
-    ASSERT_TRUE(BindObject("LDAP://" + g.DN(), seen));
-    auto members = seen.Members();
-    ASSERT_TRUE(members.ok());
-    EXPECT_EQ(Dns(*members), (std::set<std::string>{DnFromPath(u1), DnFromPath(u2)}));
+    auto members = ou().Bind("CN=g").Members();
+    EXPECT_EQ(Dns(members), (std::set<std::string>{DnFromPath(u1), DnFromPath(u2)}));
     // What callers read to rebuild a member's path: cn and Parent.
-    for (auto& m : *members) {
+    for (auto& m : members.value_or({})) {
         EXPECT_EQ("CN=" + m.Get("cn").value_or("?") + "," + ParentDn(m.DN()), m.DN());
         EXPECT_EQ(m.Parent(), "LDAP://orindc.orin.test/" + ou().Dn());
     }
-    // The group's own cache follows its own changes.
-    EXPECT_EQ(g.GetEx("member").value_or({}).size(), 2u);
 
     // Adding a member twice, or removing one that isn't there, is refused.
     EXPECT_FALSE(g.Add(u1).ok());
     ASSERT_TRUE(g.Remove(u1).ok());
     EXPECT_FALSE(g.Remove(u1).ok());
-    EXPECT_FALSE(g.Add("LDAP://CN=absent," + ou().Dn()).ok());
-
-    ASSERT_TRUE(BindObject("LDAP://" + g.DN(), seen));
-    EXPECT_EQ(Dns(*seen.Members()), std::set<std::string>{DnFromPath(u2)});
+    EXPECT_FALSE(g.Add(ou().Path("CN=absent")).ok());
+    EXPECT_EQ(Dns(ou().Bind("CN=g").Members()), std::set<std::string>{DnFromPath(u2)});
+    auto none = ou().Make("group", "CN=empty").Members();
+    EXPECT_TRUE(none.ok() && none->empty());
 }
 
-TEST_F(Groups, GroupsOfAUserAndNestedGroups) {
-    DirObject outer = MakeGroup("outer");
-    DirObject inner = MakeGroup("inner");
-    std::string user = MakeUser("member");
-    ASSERT_TRUE(outer.Add(user).ok());
-    ASSERT_TRUE(inner.Add(user).ok());
-    ASSERT_TRUE(outer.Add("LDAP://" + inner.DN()).ok());
+TEST_F(Groups, GroupsOfAUserAreTheDirectOnes) {
+    DirObject outer = ou().Make("group", "CN=outer");
+    DirObject inner = ou().Make("group", "CN=inner");
+    ou().Make("user", "CN=member");
+    ASSERT_TRUE(outer.Add(ou().Path("CN=member")).ok());
+    ASSERT_TRUE(inner.Add(ou().Path("CN=member")).ok());
+    ASSERT_TRUE(outer.Add(ou().Path("CN=inner")).ok());
 
-    DirObject u;
-    ASSERT_TRUE(BindObject(user, u));
-    auto groups = u.Groups();
-    ASSERT_TRUE(groups.ok());
-    EXPECT_EQ(Dns(*groups), (std::set<std::string>{outer.DN(), inner.DN()}));
-    for (auto& g : *groups) EXPECT_EQ(g.Class(), "group");
-
-    DirObject lonely;
-    ASSERT_TRUE(BindObject(MakeUser("lonely"), lonely));
-    ASSERT_TRUE(lonely.Groups().ok());
-    EXPECT_TRUE(lonely.Groups()->empty());
-    auto none = MakeGroup("empty").Members();
+    auto groups = ou().Bind("CN=member").Groups();
+    EXPECT_EQ(Dns(groups), (std::set<std::string>{outer.DN(), inner.DN()}));
+    for (auto& g : groups.value_or({})) EXPECT_EQ(g.Class(), "group");
+    auto none = ou().Make("user", "CN=lonely").Groups();
     ASSERT_TRUE(none.ok());
     EXPECT_TRUE(none->empty());
 }
@@ -111,7 +83,7 @@ TEST_F(Groups, FiveThousandMembersAllComeBack) {
         ASSERT_TRUE(status.ok()) << status.message;
         dns.push_back(dn);
     }
-    DirObject g = MakeGroup("big");
+    DirObject g = ou().Make("group", "CN=big");
     for (size_t i = 0; i < dns.size(); i += 1000) {
         std::vector<std::string> batch(dns.begin() + i,
                                        dns.begin() + std::min(dns.size(), i + 1000));
@@ -124,17 +96,13 @@ TEST_F(Groups, FiveThousandMembersAllComeBack) {
         std::to_string(
             std::chrono::duration<double>(std::chrono::steady_clock::now() - start).count()));
 
-    DirObject big;
-    ASSERT_TRUE(BindObject("LDAP://" + g.DN(), big));
-    auto members = big.Members();
-    ASSERT_TRUE(members.ok()) << members.status().message;
-    EXPECT_EQ(Dns(*members), std::set<std::string>(dns.begin(), dns.end()));
+    DirObject big = ou().Bind("CN=big");
+    EXPECT_EQ(Dns(big.Members()), std::set<std::string>(dns.begin(), dns.end()));
     EXPECT_EQ(big.GetEx("member").value_or({}).size(), size_t(kMembers));
 
     // A member is found and removed like in a small group.
     ASSERT_TRUE(big.Remove("LDAP://" + dns[4321]).ok());
-    ASSERT_TRUE(BindObject("LDAP://" + g.DN(), big));
-    EXPECT_EQ(big.Members()->size(), size_t(kMembers - 1));
+    EXPECT_EQ(ou().Bind("CN=big").Members().value_or({}).size(), size_t(kMembers - 1));
 }
 
 }  // namespace

@@ -2,7 +2,6 @@
 // paging is really exercised.
 
 #include <gtest/gtest.h>
-#include <unistd.h>
 
 #include <algorithm>
 
@@ -96,33 +95,7 @@ TEST_P(Search, ExecuteSearchReadsEveryPage) {
     EXPECT_EQ((*self)[0].Field("ou"), ou().Rdn().substr(3));
     EXPECT_EQ((*self)[0].Field("description"), "");  // absent: empty, not an error
     EXPECT_TRUE((*self)[0].Values("description").empty());
-}
-
-TEST_P(Search, AccountNameSearchFindsExactlyTheAccount) {
-    std::string account = "srch-" + std::to_string(getpid());
-    auto user = gSession.RootObject.Create("user", "CN=searched," + ou().Rdn());
-    ASSERT_TRUE(user.ok());
-    user->Put("sAMAccountName", account);
-    ASSERT_TRUE(user->SetInfo().ok());
-
-    auto found = ExecuteSearch("<" + gSession.RootLdapPath + ">;(&(samAccountName=" + account +
-                               ")(objectClass=user));cn,AdsPath;Subtree");
-    ASSERT_TRUE(found.ok());
-    ASSERT_EQ(found->size(), 1u);
-    EXPECT_EQ((*found)[0].Field("cn"), "searched");
-    EXPECT_EQ((*found)[0].Field("AdsPath"), "LDAP://" + Server() + "CN=searched," + ou().Dn());
-    // Not a group, not a computer.
-    auto none = ExecuteSearch("<" + gSession.RootLdapPath + ">;(&(samAccountName=" + account +
-                              ")(objectClass=group));cn,AdsPath;Subtree");
-    ASSERT_TRUE(none.ok());
-    EXPECT_TRUE(none->empty());
-    // The name goes into the filter unescaped: a parenthesis breaks it, and that is an error.
-    auto broken = ExecuteSearch("<" + gSession.RootLdapPath +
-                                ">;(&(samAccountName=a(b)(objectClass=user));cn;Subtree");
-    EXPECT_FALSE(broken.ok());
-}
-
-TEST_P(Search, SearchUnderAnAbsentBaseFails) {
+    // A base that doesn't exist is an error, not an empty result.
     auto missing =
         ExecuteSearch("<LDAP://" + Server() + "OU=absent," + ou().Dn() + ">;(cn=*);cn;Subtree");
     EXPECT_EQ(missing.status().code, platform::kLdapNoSuchObject);
