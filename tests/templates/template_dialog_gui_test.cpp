@@ -5,7 +5,6 @@
 
 #include <QApplication>
 #include <QFileDialog>
-#include <QGroupBox>
 #include <QLineEdit>
 #include <QPushButton>
 #include <QRadioButton>
@@ -24,31 +23,28 @@ using namespace orin::test;
 
 namespace {
 
-const std::string kBoxTitle = "ﾃﾝﾌﾟﾚｰﾄﾌｧｲﾙの作成";
-
 class TemplateDialogTest : public ::testing::Test {
   protected:
-    template <typename T>
-    T* Find(QWidget& dialog, const QString& name) {
-        T* widget = dialog.findChild<T*>(name);
-        EXPECT_NE(widget, nullptr) << name.toStdString();
-        return widget;
-    }
     QRadioButton* Option(QWidget& dialog, int i) {
-        return Find<QRadioButton>(dialog, QStringLiteral("optImportType(%1)").arg(i));
+        return Find<QRadioButton>(&dialog, ("optImportType(" + std::to_string(i) + ")").c_str());
     }
+    QLineEdit* PathBox(QWidget& dialog) { return Find<QLineEdit>(&dialog, "txtTmpFilePath"); }
     // Types `path` and presses btnCreate on a shown dialog.
     void Create(frmCreateTemplate& dialog, const std::string& path) {
         dialog.show();
-        Find<QLineEdit>(dialog, "txtTmpFilePath")->setText(Q(path));
-        Find<QPushButton>(dialog, "btnCreate")->click();
+        PathBox(dialog)->setText(Q(path));
+        Find<QPushButton>(&dialog, "btnCreate")->click();
     }
-    std::vector<std::string> FileLines(const std::filesystem::path& p) {
-        return SplitCrLf(platform::Cp932ToUtf8(ReadFileBytes(p)));
+    // The one box shown, with the dialog's title.
+    void ExpectBox(const std::string& text, MsgIcon icon) {
+        ASSERT_EQ(op.boxes.size(), 1u);
+        EXPECT_EQ(op.boxes[0].title, "ﾃﾝﾌﾟﾚｰﾄﾌｧｲﾙの作成");
+        EXPECT_EQ(op.boxes[0].text, text);
+        EXPECT_EQ(op.boxes[0].icon, icon);
     }
 
     ScriptedOperator op;
-    TemplateScratch scratch;
+    ScratchFolder scratch;
 };
 
 TEST_F(TemplateDialogTest, TitleNamesTheKindAndTheCurrentPageChoosesTheOption) {
@@ -70,10 +66,6 @@ TEST_F(TemplateDialogTest, TitleNamesTheKindAndTheCurrentPageChoosesTheOption) {
     // The export page has no template: the options stay as they are.
     frmCreateTemplate fromExport(nullptr, ObjectKind::OU, OperationKind::Exp);
     EXPECT_TRUE(Option(fromExport, 0)->isChecked());
-
-    for (const char* name : {"Frame1", "Frame2"}) Find<QGroupBox>(fromExport, name);
-    for (const char* name : {"btnFileRefer", "btnCreate", "btnCancel"})
-        Find<QPushButton>(fromExport, name);
 }
 
 TEST_F(TemplateDialogTest, TheChosenOptionSelectsTheTemplateOfTheKind) {
@@ -83,20 +75,25 @@ TEST_F(TemplateDialogTest, TheChosenOptionSelectsTheTemplateOfTheKind) {
     Create(dialog, "  " + path.string() + "  ");  // half-width blanks around the name go
 
     EXPECT_TRUE(op.boxes.empty());
-    EXPECT_EQ(FileLines(path), TemplateLines(ObjectKind::Group, OperationKind::Mov));
-    EXPECT_EQ(S(Find<QLineEdit>(dialog, "txtTmpFilePath")->text()), path.string());
+    EXPECT_EQ(ReadLines(path), TemplateLines(ObjectKind::Group, OperationKind::Mov));
+    EXPECT_EQ(S(PathBox(dialog)->text()), path.string());
     EXPECT_FALSE(dialog.isVisible());
     EXPECT_EQ(dialog.result(), QDialog::Accepted);
 }
 
-TEST_F(TemplateDialogTest, AnEmptyNameIsRefusedAndTheDialogStays) {
+TEST_F(TemplateDialogTest, AnEmptyNameIsRefusedAndCancelClosesWithoutWriting) {
     frmCreateTemplate dialog(nullptr, ObjectKind::OU, OperationKind::Add);
     Create(dialog, "   ");
-    ASSERT_EQ(op.boxes.size(), 1u);
-    EXPECT_EQ(op.boxes[0].title, kBoxTitle);
-    EXPECT_EQ(op.boxes[0].text, "ﾃﾝﾌﾟﾚｰﾄﾌｧｲﾙ名が指定されていません。");
-    EXPECT_EQ(op.boxes[0].icon, MsgIcon::Critical);
+    ExpectBox("ﾃﾝﾌﾟﾚｰﾄﾌｧｲﾙ名が指定されていません。", MsgIcon::Critical);
     EXPECT_TRUE(dialog.isVisible());
+
+    const auto path = scratch / "cancelled.csv";
+    PathBox(dialog)->setText(Q(path.string()));
+    Find<QPushButton>(&dialog, "btnCancel")->click();
+    EXPECT_FALSE(dialog.isVisible());
+    EXPECT_EQ(dialog.result(), QDialog::Rejected);
+    EXPECT_FALSE(std::filesystem::exists(path));
+    EXPECT_EQ(op.boxes.size(), 1u);
 }
 
 TEST_F(TemplateDialogTest, AnExistingFileIsReplacedOnlyAfterYes) {
@@ -107,44 +104,27 @@ TEST_F(TemplateDialogTest, AnExistingFileIsReplacedOnlyAfterYes) {
     frmCreateTemplate dialog(nullptr, ObjectKind::Computer, OperationKind::Mdf);
     op.QueueAnswers({MsgAnswer::No});
     Create(dialog, path.string());
-    ASSERT_EQ(op.boxes.size(), 1u);
-    EXPECT_EQ(op.boxes[0].title, kBoxTitle);
-    EXPECT_EQ(op.boxes[0].text, question);
-    EXPECT_EQ(op.boxes[0].icon, MsgIcon::Question);
+    ExpectBox(question, MsgIcon::Question);
     EXPECT_EQ(op.boxes[0].buttons, MsgButtons::YesNo);
-    EXPECT_EQ(ReadFileBytes(path), "keep me\r\n");
+    EXPECT_EQ(ReadBytes(path), "keep me\r\n");
     EXPECT_TRUE(dialog.isVisible());
 
     op.QueueAnswers({MsgAnswer::Yes});
-    Find<QPushButton>(dialog, "btnCreate")->click();
+    Find<QPushButton>(&dialog, "btnCreate")->click();
     ASSERT_EQ(op.boxes.size(), 2u);
     EXPECT_EQ(op.boxes[1].text, question);
-    EXPECT_EQ(FileLines(path), TemplateLines(ObjectKind::Computer, OperationKind::Mdf));
+    EXPECT_EQ(ReadLines(path), TemplateLines(ObjectKind::Computer, OperationKind::Mdf));
     EXPECT_FALSE(dialog.isVisible());
 }
 
 TEST_F(TemplateDialogTest, AFailedWriteIsToldAndTheDialogCloses) {
     frmCreateTemplate dialog(nullptr, ObjectKind::SharedFolder, OperationKind::Del);
     Create(dialog, (scratch / "no-such-folder" / "t.csv").string());
-    ASSERT_EQ(op.boxes.size(), 1u);
-    EXPECT_EQ(op.boxes[0].title, kBoxTitle);
-    EXPECT_EQ(op.boxes[0].text,
-              "ﾌｧｲﾙへの書込みが失敗しました！\rﾌｧｲﾙが使用中かまたはﾌｧｲﾙやﾃﾞｨﾚｸﾄﾘの書込み権限が"
-              "あるかを確認してください。");
-    EXPECT_EQ(op.boxes[0].icon, MsgIcon::Critical);
+    ExpectBox(
+        "ﾌｧｲﾙへの書込みが失敗しました！\rﾌｧｲﾙが使用中かまたはﾌｧｲﾙやﾃﾞｨﾚｸﾄﾘの書込み権限が"
+        "あるかを確認してください。",
+        MsgIcon::Critical);
     EXPECT_FALSE(dialog.isVisible());
-}
-
-TEST_F(TemplateDialogTest, CancelClosesWithoutWriting) {
-    const auto path = scratch / "cancelled.csv";
-    frmCreateTemplate dialog(nullptr, ObjectKind::OU, OperationKind::Add);
-    dialog.show();
-    Find<QLineEdit>(dialog, "txtTmpFilePath")->setText(Q(path.string()));
-    Find<QPushButton>(dialog, "btnCancel")->click();
-    EXPECT_FALSE(dialog.isVisible());
-    EXPECT_EQ(dialog.result(), QDialog::Rejected);
-    EXPECT_FALSE(std::filesystem::exists(path));
-    EXPECT_TRUE(op.boxes.empty());
 }
 
 TEST_F(TemplateDialogTest, TheFileDialogOffersCsvFilesFirstAndFillsThePath) {
@@ -162,13 +142,10 @@ TEST_F(TemplateDialogTest, TheFileDialogOffersCsvFilesFirstAndFillsThePath) {
         static_cast<QDialog*>(files)->accept();  // QFileDialog's own is protected
         return true;
     };
-    Find<QPushButton>(dialog, "btnFileRefer")->click();
+    Find<QPushButton>(&dialog, "btnFileRefer")->click();
 
-    EXPECT_EQ(filters, frmCreateTemplate::FileFilters());
-    ASSERT_EQ(filters.size(), 2);
-    EXPECT_EQ(S(filters[0]), "CSV ﾌｧｲﾙ (*.csv)");
-    EXPECT_EQ(S(filters[1]), "すべてのﾌｧｲﾙ (*.*)");
-    EXPECT_EQ(S(Find<QLineEdit>(dialog, "txtTmpFilePath")->text()), chosen.string());
+    EXPECT_EQ(filters, (QStringList{U("CSV ﾌｧｲﾙ (*.csv)"), U("すべてのﾌｧｲﾙ (*.*)")}));
+    EXPECT_EQ(S(PathBox(dialog)->text()), chosen.string());
     EXPECT_FALSE(std::filesystem::exists(chosen));  // choosing a name writes nothing yet
 }
 

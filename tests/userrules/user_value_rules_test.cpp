@@ -11,12 +11,9 @@ TEST(IsCountryCode, TakesListedCodesInAnyCase) {
     EXPECT_TRUE(IsCountryCode("JP"));
     EXPECT_TRUE(IsCountryCode("jp"));
     EXPECT_TRUE(IsCountryCode("Us"));
-    // First and last of the list, and codes kept from an older edition of it.
+    // First and last of the list.
     EXPECT_TRUE(IsCountryCode("IS"));
     EXPECT_TRUE(IsCountryCode("MP"));
-    EXPECT_TRUE(IsCountryCode("YU"));
-    EXPECT_TRUE(IsCountryCode("TP"));
-    EXPECT_TRUE(IsCountryCode("FX"));
 }
 
 TEST(IsCountryCode, RefusesEverythingElse) {
