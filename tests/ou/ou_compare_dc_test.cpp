@@ -24,22 +24,19 @@ TEST_F(OUCompare, AddPropertiesAndManager) {
                     {"description", "本社"},
                     {"managedBy", boss}});
     MakeOU("other", {{"c", "US"}, {"street", "x"}, {"description", "old"}});
-    EXPECT_EQ(Run(kCompareAdd, {"!OU-Start,,OU-End,Mirror,c,postalCode,st,l,street,description,"
-                                "MgrOU-Start,,MgrOU-End,MgrRDN",
-                                // 2: case is no difference, and "<Rtn>" is the stored line break
-                                "{T},same,,,jp,100-0001,東京都,千代田区,1-1<rtn>2F,本社,{T},,,BOSS",
-                                "{T},other,,,JP,,,,y<Rtn>z,new,{T},,,boss",  // 3
-                                "{T},ghost",                                 // 4: no such OU
-                                "{T},other,,,,,,,,,{T},no,,boss",            // 5: no such container
-                                "{T},same,,,,,,,,,{T},,,nobody"}),           // 6: no such manager
-              Log({{3, kDiff, Differs("国/地域", "JP", "US")},
-                   {3, kDiff, Differs("番地", "y<改行>z", "x")},
-                   {3, kDiff, Differs("説明", "new", "old")},
-                   {3, kDiff, Differs("管理者", "orin.test/" + Top() + "/boss", "")},
-                   {4, kFail, "ｵﾌﾞｼﾞｪｸﾄが存在しません。"},
-                   {5, kFail, kNoManagerContainer},
-                   {6, kFail, kNoManager}}));
-    EXPECT_EQ(Tally(), "1/1/3");
+    EXPECT_TRUE(Runs(
+        kCompareAdd, "1/1/3",
+        "!OU-Start,,OU-End,Mirror,c,postalCode,st,l,street,description,"
+        "MgrOU-Start,,MgrOU-End,MgrRDN",
+        // Case is no difference, and "<Rtn>" is the stored line break.
+        {{"{T},same,,,jp,100-0001,東京都,千代田区,1-1<rtn>2F,本社,{T},,,BOSS"},
+         {"{T},other,,,JP,,,,y<Rtn>z,new,{T},,,boss",
+          kDiff,
+          {Differs("国/地域", "JP", "US"), Differs("番地", "y<改行>z", "x"),
+           Differs("説明", "new", "old"), Differs("管理者", "orin.test/" + Top() + "/boss", "")}},
+         {"{T},ghost", kFail, {"ｵﾌﾞｼﾞｪｸﾄが存在しません。"}},
+         {"{T},other,,,,,,,,,{T},no,,boss", kFail, {kNoManagerContainer}},
+         {"{T},same,,,,,,,,,{T},,,nobody", kFail, {kNoManager}}}));
 }
 
 TEST_F(OUCompare, AddAccessControlAgainstTheStoredDescriptor) {
@@ -49,64 +46,52 @@ TEST_F(OUCompare, AddAccessControlAgainstTheStoredDescriptor) {
     // The two halves the rows below are compared with.
     ASSERT_TRUE(AceExists(acl, a, 0, CodedValue(0)));
     ASSERT_TRUE(AceExists(acl, a, 0, CodedValue(10)));
-    EXPECT_EQ(
-        Run(kCompareAdd,
-            {"!OU-Start,,OU-End,Mirror,InheritParentACL,RemDefaultACL,DoNotRemTheseACE,"
+    const std::string permitOrDeny = "ﾍｯﾀﾞ[PermitOrDeny]の処理結果に相違がありました。";
+    EXPECT_TRUE(
+        Runs(kCompareAdd, "2/3/3",
+             "!OU-Start,,OU-End,Mirror,InheritParentACL,RemDefaultACL,DoNotRemTheseACE,"
              "AceSamAccountName,AceOpeMode,AccessRight,PermitOrDeny,InheritOption",
-             "{T},acl,,,0,,," + a + ",0,0",                    // 2: full control, both halves
-             "{T},acl,,yes,,,," + a + ",0,0,p,2",              // 3: the inherit-only half
-             "{T},acl,,,1,,," + a + ",0,0,D",                  // 4
-             "{T},acl,,,,yes," + a + " ; nosuch," + a + ",1",  // 5
-             "{T},acl,,,,,," + a + ",0,0,,4",                  // 6: no half of flags 14
-             "{T},acl,,,,,," + b + ",1",                       // 7: nothing of b to remove
-             "{T},acl,,,,,," + a + ",0,0;1;15",                // 8
-             "{T},acl,,,,,," + a + ",7",                       // 9
-             "{T},acl,,,x"}),                                  // 10
-        Log({{4, kDiff, kInheritDiffers},
-             {4, kDiff, "ﾍｯﾀﾞ[PermitOrDeny]の処理結果に相違がありました。"},
-             {5, kDiff,
-              "ﾍｯﾀﾞ[DoNotRemTheseACE]の処理結果に相違がありました。削除されないはずの下記ACEが"
-              "ｵﾌﾞｼﾞｪｸﾄのACLから見つかりません：\r\n\tnosuch"},
-             {5, kDiff,
-              "ﾍｯﾀﾞ[AceOpeMode]の処理結果に相違がありました。削除されるはずの右記ACEが"
-              "ｵﾌﾞｼﾞｪｸﾄのACLに存在します：" +
-                  a},
-             {6, kDiff, "ﾍｯﾀﾞ[InheritOption]の処理結果に相違がありました。"},
-             {6, kDiff,
-              "ﾍｯﾀﾞ[AccessRight]の処理結果に相違がありました。右記のｺｰﾄﾞに該当するｱｸｾｽ許可が"
-              "ACEに設定されていません：0"},
-             {6, kDiff, "ﾍｯﾀﾞ[PermitOrDeny]の処理結果に相違がありました。"},
-             {8, kFail, Invalid("AccessRight")},
-             {9, kFail, Invalid("AceOpeMode")},
-             {10, kFail, Invalid("InheritParentACL")}}));
-    EXPECT_EQ(Tally(), "2/3/3");
+             {{"{T},acl,,,0,,," + a + ",0,0"},        // full control, both halves
+              {"{T},acl,,yes,,,," + a + ",0,0,p,2"},  // the inherit-only half
+              {"{T},acl,,,1,,," + a + ",0,0,D", kDiff, {kInheritDiffers, permitOrDeny}},
+              {"{T},acl,,,,yes," + a + " ; nosuch," + a + ",1",
+               kDiff,
+               {"ﾍｯﾀﾞ[DoNotRemTheseACE]の処理結果に相違がありました。削除されないはずの下記ACEが"
+                "ｵﾌﾞｼﾞｪｸﾄのACLから見つかりません：\r\n\tnosuch",
+                "ﾍｯﾀﾞ[AceOpeMode]の処理結果に相違がありました。削除されるはずの右記ACEがｵﾌﾞｼﾞｪｸﾄの"
+                "ACLに存在します：" +
+                    a}},
+              {"{T},acl,,,,,," + a + ",0,0,,4",
+               kDiff,  // no half of flags 14
+               {"ﾍｯﾀﾞ[InheritOption]の処理結果に相違がありました。",
+                "ﾍｯﾀﾞ[AccessRight]の処理結果に相違がありました。右記のｺｰﾄﾞに該当するｱｸｾｽ許可がACEに"
+                "設定されていません：0",
+                permitOrDeny}},
+              {"{T},acl,,,,,," + b + ",1"},  // nothing of b to remove
+              {"{T},acl,,,,,," + a + ",0,0;1;15", kFail, {Invalid("AccessRight")}},
+              {"{T},acl,,,,,," + a + ",7", kFail, {Invalid("AceOpeMode")}},
+              {"{T},acl,,,x", kFail, {Invalid("InheritParentACL")}}}));
 }
 
 TEST_F(OUCompare, DeletedOUsAreGoneAndMovedOnesAtTheirTarget) {
     for (const char* names : {"kept", "kept,child", "dest", "dest,moved", "stay", "dest,renamed"})
         MakeOU(names);
-    EXPECT_EQ(
-        Run(kCompareDel, {"!OU-Start,,OU-End,Mirror,IfDelSubObj",
-                          "{T},kept,,,yes",   // 2: should have gone with its child
-                          "{T},gone,,,yes",   // 3
-                          "{T},kept,,,no",    // 4: may rightly have stayed
-                          "{T},kept,,,bad",   // 5
-                          "{T},kept,,yes"}),  // 6: the chain of a failed row
-        Log({{2, kDiff,
-              "ﾍｯﾀﾞ[IfDelSubObj]の処理結果に相違がありました。ｵﾌﾞｼﾞｪｸﾄが削除されていません。"},
-             {5, kFail, Invalid("Mirror")}}));
-    EXPECT_EQ(Tally(), "2/1/1");
-
-    EXPECT_EQ(Run(kCompareMov, {"!OU-Start,,OU-End,Mirror,NewOU-Start,,NewOU-End,NewRDN",
-                                "{T},moved,,,{T},dest",         // 2
-                                "{T},stay,,,{T},dest",          // 3: still at its source
-                                "{T},lost,,,{T},dest",          // 4: nowhere
-                                "{T},old,,,{T},dest,,renamed",  // 5: moved and renamed
-                                "{T},stay,,,{T},nowhere"}),     // 6
-              Log({{3, kDiff, "移動されるはずのｵﾌﾞｼﾞｪｸﾄが移動元に存在します。"},
-                   {4, kDiff, "移動されるはずのｵﾌﾞｼﾞｪｸﾄが移動先に存在しません。"},
-                   {6, kFail, kNoTarget}}));
-    EXPECT_EQ(Tally(), "2/2/1");
+    EXPECT_TRUE(Runs(kCompareDel, "2/1/1", "!OU-Start,,OU-End,Mirror,IfDelSubObj",
+                     {{"{T},kept,,,yes",
+                       kDiff,  // should have gone with its child
+                       {"ﾍｯﾀﾞ[IfDelSubObj]の処理結果に相違がありました。ｵﾌﾞｼﾞｪｸﾄが削除されて"
+                        "いません。"}},
+                      {"{T},gone,,,yes"},
+                      {"{T},kept,,,no"},  // may rightly have stayed
+                      {"{T},kept,,,bad", kFail, {Invalid("Mirror")}},
+                      {"{T},kept,,yes"}}));  // the chain of a failed row
+    EXPECT_TRUE(
+        Runs(kCompareMov, "2/2/1", "!OU-Start,,OU-End,Mirror,NewOU-Start,,NewOU-End,NewRDN",
+             {{"{T},moved,,,{T},dest"},
+              {"{T},stay,,,{T},dest", kDiff, {"移動されるはずのｵﾌﾞｼﾞｪｸﾄが移動元に存在します。"}},
+              {"{T},lost,,,{T},dest", kDiff, {"移動されるはずのｵﾌﾞｼﾞｪｸﾄが移動先に存在しません。"}},
+              {"{T},old,,,{T},dest,,renamed"},  // moved and renamed
+              {"{T},stay,,,{T},nowhere", kFail, {kNoTarget}}}));
 }
 
 TEST_F(OUCompare, ModifyClearedValuesManagersAndRenames) {
@@ -119,32 +104,24 @@ TEST_F(OUCompare, ModifyClearedValuesManagersAndRenames) {
     ASSERT_TRUE(renamed.SetInfo().ok());
     MakeOU("new,child", {{"description", "x"}});
     MakeOU("plain", {{"description", "keep"}, {"managedBy", boss}});
-    EXPECT_EQ(
-        Run(kCompareMdf, {"!OU-Start,,OU-End,Mirror,NewRDN,st,l,description,MgrOU-Start,,MgrOU-End,"
-                          "MgrRDN,InheritParentACL",
-                          "{T},old,,,new,tokyo,!C,d",      // 2: found under its new name
-                          "{T},old,,yes",                  // 3: the chain's next row, by the ledger
-                          "{T},old,child,,,,,!c",          // 4: an OU inside the renamed one
-                          "{T},plain,,,,!C,,!C,,,,!c",     // 5
-                          "{T},new,,,,,,,{T},old,,boss2",  // 6: the manager's OU, renamed above
-                          "{T},plain,,,,,,,{T},nowhere,,boss",  // 7
-                          "{T},plain,,,,,,,{T},,,ghost",        // 8
-                          "{T},plain,,,,,,,,,,,1",              // 9
-                          "{T},gone,,,again",                   // 10
-                          "{T},gone",                           // 11
-                          "{T},plain,,,!c"}),                   // 12
-        Log({{4, kDiff, NotCleared("説明")},
-             {5, kDiff, NotCleared("説明")},
-             {5, kDiff, NotCleared("管理者")},
-             {7, kDiff,
-              "ｵﾌﾞｼﾞｪｸﾄのﾌﾟﾛﾊﾟﾃｨ[管理者]に相違がありました。管理者の所在ｺﾝﾃﾅが存在しません。"},
-             {8, kDiff,
-              "ｵﾌﾞｼﾞｪｸﾄのﾌﾟﾛﾊﾟﾃｨ[管理者]に相違がありました。管理者が所在ｺﾝﾃﾅに存在しません。"},
-             {9, kDiff, kInheritDiffers},
-             {10, kFail, "名前が変更されたはずのｵﾌﾞｼﾞｪｸﾄが存在しません。"},
-             {11, kFail, "ｵﾌﾞｼﾞｪｸﾄが存在しません。"},
-             {12, kFail, kNameNotCleared}}));
-    EXPECT_EQ(Tally(), "2/5/3");  // lines 2-3 and 6 match
+    const std::string manager = "ｵﾌﾞｼﾞｪｸﾄのﾌﾟﾛﾊﾟﾃｨ[管理者]に相違がありました。";
+    EXPECT_TRUE(Runs(
+        kCompareMdf, "2/5/3",  // lines 2-3 and 6 match
+        "!OU-Start,,OU-End,Mirror,NewRDN,st,l,description,MgrOU-Start,,MgrOU-End,MgrRDN,"
+        "InheritParentACL",
+        {{"{T},old,,,new,tokyo,!C,d"},  // found under its new name
+         {"{T},old,,yes"},              // the chain's next row, by the ledger
+         {"{T},old,child,,,,,!c", kDiff, {NotCleared("説明")}},  // inside the renamed one
+         {"{T},plain,,,,!C,,!C,,,,!c", kDiff, {NotCleared("説明"), NotCleared("管理者")}},
+         {"{T},new,,,,,,,{T},old,,boss2"},  // the manager's OU, renamed above
+         {"{T},plain,,,,,,,{T},nowhere,,boss",
+          kDiff,
+          {manager + "管理者の所在ｺﾝﾃﾅが存在しません。"}},
+         {"{T},plain,,,,,,,{T},,,ghost", kDiff, {manager + "管理者が所在ｺﾝﾃﾅに存在しません。"}},
+         {"{T},plain,,,,,,,,,,,1", kDiff, {kInheritDiffers}},
+         {"{T},gone,,,again", kFail, {"名前が変更されたはずのｵﾌﾞｼﾞｪｸﾄが存在しません。"}},
+         {"{T},gone", kFail, {"ｵﾌﾞｼﾞｪｸﾄが存在しません。"}},
+         {"{T},plain,,,!c", kFail, {kNameNotCleared}}}));
 }
 
 // Imitation, production and compare of one file: the imitation passes and leaves the directory
@@ -155,26 +132,27 @@ TEST_F(OUCompare, FindsWhatTheProductionRunOfTheSameFileMade) {
     MakeAccount("user", "boss");
     MakeAccount("user", "boss2");
     const std::string a = MakeAccount("user", "aceA"), b = MakeAccount("user", "aceB");
-    auto threeModes = [this](RowOperation op, const std::vector<std::string>& lines) {
-        for (int mode : {op + kImitateAdd, op + kAdd, op + kCompareAdd}) {
-            EXPECT_EQ(Run(mode, lines), "") << "RowOperation " << mode;
-            EXPECT_EQ(Tally(), "2/0/0") << "RowOperation " << mode;
-        }
+    auto threeModes = [this](RowOperation op, const std::string& header,
+                             const std::vector<Row>& rows) {
+        for (int mode : {op + kImitateAdd, op + kAdd, op + kCompareAdd})
+            EXPECT_TRUE(Runs(mode, "2/0/0", header, rows)) << "RowOperation " << mode;
     };
-    threeModes(kAdd, {"!OU-Start,,OU-End,c,postalCode,st,l,street,description,MgrOU-Start,,"
-                      "MgrOU-End,MgrRDN,Mirror,RemDefaultACL,DoNotRemTheseACE,InheritParentACL,"
-                      "AceSamAccountName,AceOpeMode,AccessRight,PermitOrDeny,InheritOption",
-                      "{T},p,,JP,100-0001,東京都,港区,1<Rtn>2,desc,{T},,,boss,,,,1," + a + ",0,0",
-                      "{T},p,,,,,,,,,,,,yes,,,," + b + ",0,1;5,D,1",
-                      "{T},p,q,,,,,,child,,,,,,yes,Domain Admins,2"});
+    threeModes(kAdd,
+               "!OU-Start,,OU-End,c,postalCode,st,l,street,description,MgrOU-Start,,MgrOU-End,"
+               "MgrRDN,Mirror,RemDefaultACL,DoNotRemTheseACE,InheritParentACL,AceSamAccountName,"
+               "AceOpeMode,AccessRight,PermitOrDeny,InheritOption",
+               {{"{T},p,,JP,100-0001,東京都,港区,1<Rtn>2,desc,{T},,,boss,,,,1," + a + ",0,0"},
+                {"{T},p,,,,,,,,,,,,yes,,,," + b + ",0,1;5,D,1"},
+                {"{T},p,q,,,,,,child,,,,,,yes,Domain Admins,2"}});
     EXPECT_TRUE(Exists("p,q"));
-    threeModes(kMdf, {"!OU-Start,,OU-End,Mirror,NewRDN,c,st,description,MgrOU-Start,,MgrOU-End,"
-                      "MgrRDN,InheritParentACL,AceSamAccountName,AceOpeMode,AccessRight,"
-                      "PermitOrDeny,InheritOption",
-                      "{T},p,,,p2,!C,大阪府,,,,,!C,0," + b + ",1",
-                      "{T},p,,yes,,,,,,,,,," + a + ",2,14,,0", "{T},p2,q,,,,,!c,{T},,,boss2"});
-    EXPECT_TRUE(Exists("p2,q"));
-    EXPECT_FALSE(Exists("p"));
+    threeModes(kMdf,
+               "!OU-Start,,OU-End,Mirror,NewRDN,c,st,description,MgrOU-Start,,MgrOU-End,MgrRDN,"
+               "InheritParentACL,AceSamAccountName,AceOpeMode,AccessRight,PermitOrDeny,"
+               "InheritOption",
+               {{"{T},p,,,p2,!C,大阪府,,,,,!C,0," + b + ",1"},
+                {"{T},p,,yes,,,,,,,,,," + a + ",2,14,,0"},
+                {"{T},p2,q,,,,,!c,{T},,,boss2"}});
+    EXPECT_EQ(Existing({"p2,q", "p"}), "p2,q");
 }
 
 }  // namespace

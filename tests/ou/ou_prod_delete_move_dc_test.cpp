@@ -42,13 +42,10 @@ TEST_F(OUDeleteMoveTest, ASubtreeGoesDepthFirstWithEverythingInIt) {
     MakeAccount("user", "u", "tree,sub");
     Make("container", "CN=box," + PathOf("tree,sub,deeper"));
     TraceMode = 1;
-    EXPECT_EQ(Run(kDel, {"!OU-Start,,OU-End,Mirror,IfDelSubObj", "{T},tree,,,yes", "{T},tree,,YES",
-                         "{T},empty"}),
-              "");
+    EXPECT_TRUE(Runs(kDel, "2/0/0", "!OU-Start,,OU-End,Mirror,IfDelSubObj",
+                     {{"{T},tree,,,yes"}, {"{T},tree,,YES"}, {"{T},empty"}}));
     TraceMode = 0;
-    EXPECT_EQ(Tally(), "2/0/0");
-    EXPECT_FALSE(Exists("tree"));
-    EXPECT_FALSE(Exists("empty"));  // an empty OU goes without the flag
+    EXPECT_EQ(Existing({"tree", "empty"}), "");  // an empty OU goes without the flag
     const std::string trace = Join(ReadLines(TraceFilePath), "\n");
     EXPECT_NE(trace.find("ｻﾌﾞOU削除開始。 OUﾊﾟｽ=" + PathOf("tree,sub,deeper")), std::string::npos);
     EXPECT_NE(trace.find("OUでないｻﾌﾞｵﾌﾞｼﾞｪｸﾄを削除済み。"), std::string::npos);
@@ -59,15 +56,15 @@ TEST_F(OUDeleteMoveTest, ASubtreeGoesDepthFirstWithEverythingInIt) {
 TEST_F(OUDeleteMoveTest, RefusedDeletesLeaveTheOUs) {
     MakeOU("o");
     MakeOU("o,child");
-    EXPECT_EQ(Run(kDel, {"!OU-Start,,OU-End,IfDelSubObj,Mirror", "{T},o,,No", "{T},o,,maybe",
-                         "{T},missing", ",,,YES", "{T},o,,,x"}),
-              Log({{2, kWarn, kHasChildren},
-                   {3, kFail, Invalid("Mirror")},  // a bad IfDelSubObj, in the Mirror words
-                   {4, kFail, kNoObject},
-                   {5, kFail, kNoPath},
-                   {6, kFail, Invalid("Mirror")}}));
-    EXPECT_EQ(Tally(), "0/1/4");
-    EXPECT_EQ(Run(kDel, {"!OU-Start,OU-End,Mirror", "{T},o"}), Log({{2, kFail, kNoIfDelSubObj}}));
+    EXPECT_TRUE(Runs(kDel, "0/1/4", "!OU-Start,,OU-End,IfDelSubObj,Mirror",
+                     {{"{T},o,,No", kWarn, {kHasChildren}},
+                      // A bad IfDelSubObj is told in the words of the Mirror column.
+                      {"{T},o,,maybe", kFail, {Invalid("Mirror")}},
+                      {"{T},missing", kFail, {kNoObject}},
+                      {",,,YES", kFail, {kNoPath}},
+                      {"{T},o,,,x", kFail, {Invalid("Mirror")}}}));
+    EXPECT_TRUE(
+        Runs(kDel, "0/0/1", "!OU-Start,OU-End,Mirror", {{"{T},o", kFail, {kNoIfDelSubObj}}}));
     EXPECT_TRUE(Exists("o,child"));
 }
 
@@ -78,10 +75,10 @@ TEST_F(OUDeleteMoveTest, AProtectedChildStopsTheSubtreeDeleteWhereItStands) {
     MakeAccount("group", "loose", "p");
     const std::string safe = "CN=safe," + DnOf("p,sub");
     Protect(safe, true);
-    const std::string log = Run(kDel, {"!OU-Start,,OU-End,Mirror,IfDelSubObj", "{T},p,,,YES"});
+    EXPECT_TRUE(Runs(
+        kDel, "0/0/1", "!OU-Start,,OU-End,Mirror,IfDelSubObj",
+        {{"{T},p,,,YES", kFail, {"ｵﾌﾞｼﾞｪｸﾄの削除が失敗しました。失敗の原因を特定できません。"}}}));
     Protect(safe, false);  // so that the test's OU can go
-
-    EXPECT_EQ(log, Log({{2, kFail, "ｵﾌﾞｼﾞｪｸﾄの削除が失敗しました。失敗の原因を特定できません。"}}));
     EXPECT_TRUE(Binds(safe));
     // What went before the failure stays gone, whatever the order of the children.
     EXPECT_FALSE(Binds("CN=loose," + DnOf("p")));
@@ -92,49 +89,41 @@ const std::string kMoveHeader = "!OU-Start,,OU-End,Mirror,NewOU-Start,,NewOU-End
 TEST_F(OUDeleteMoveTest, MovesIntoAnotherOUAndRenamesOnTheWay) {
     for (const char* names : {"target", "plain", "renamed", "samename"}) MakeOU(names);
     Make("container", "CN=box," + PathOf("plain"));
-    EXPECT_EQ(
-        Run(kMov, {kMoveHeader, "{T},plain,,,{T},target", "{T},plain,,YES",
-                   "{T},renamed,,,{T},target,,newname", "{T},samename,,,{T},target,,samename"}),
-        Log({{5, kWarn, kSameNewName}}));
-    EXPECT_EQ(Tally(), "2/1/0");
+    EXPECT_TRUE(Runs(kMov, "2/1/0", kMoveHeader,
+                     {{"{T},plain,,,{T},target"},
+                      {"{T},plain,,YES"},
+                      {"{T},renamed,,,{T},target,,newname"},
+                      {"{T},samename,,,{T},target,,samename", kWarn, {kSameNewName}}}));
     EXPECT_TRUE(Binds("CN=box," + DnOf("target,plain")));
-    EXPECT_TRUE(Exists("target,newname"));
-    EXPECT_TRUE(Exists("target,samename"));
-    EXPECT_FALSE(Exists("renamed"));
+    EXPECT_EQ(Existing({"target,newname", "target,samename", "renamed"}),
+              "target,newname target,samename");
 }
 
 TEST_F(OUDeleteMoveTest, RefusedMoves) {
     for (const char* names : {"a", "b", "b,inner", "inner"}) MakeOU(names);
-    EXPECT_EQ(Run(kMov, {kMoveHeader, "{T},a,,,{T}",  // where it is already
-                         "{T},a,,,{T},nowhere", "{T},ghost,,,{T},b",
-                         "{T},b,,,{T},b,inner",  // below itself
-                         "{T},inner,,,{T},b",    // the name is taken there
-                         "{T}"}),                // the root, to the root
-              Log({{2, kFail, kSamePlace},
-                   {3, kFail, kNoTarget},
-                   {4, kFail, kNoSource},
-                   {5, kFail, kMoveFailed},
-                   {6, kFail, kMoveFailed},
-                   {7, kFail, kSamePlace}}));
-    EXPECT_EQ(Tally(), "0/0/6");
-    for (const char* stays : {"a", "b,inner", "inner"}) EXPECT_TRUE(Exists(stays)) << stays;
+    EXPECT_TRUE(Runs(kMov, "0/0/6", kMoveHeader,
+                     {{"{T},a,,,{T}", kFail, {kSamePlace}},  // where it is already
+                      {"{T},a,,,{T},nowhere", kFail, {kNoTarget}},
+                      {"{T},ghost,,,{T},b", kFail, {kNoSource}},
+                      {"{T},b,,,{T},b,inner", kFail, {kMoveFailed}},  // below itself
+                      {"{T},inner,,,{T},b", kFail, {kMoveFailed}},    // the name is taken there
+                      {"{T}", kFail, {kSamePlace}}}));                // the root, to the root
+    EXPECT_EQ(Existing({"a", "b,inner", "inner"}), "a b,inner inner");
 
-    EXPECT_EQ(Run(kMov, {"!OU-Start,OU-End,NewOU-Start,Mirror", "{T},a"}),
-              Log({{2, kFail, kNoTargetSpan}}));
-    EXPECT_EQ(Run(kMov, {"!OU-Start,OU-End,NewOU-End,NewOU-Start,Mirror", "{T},a"}),
-              Log({{2, kFail, "ﾍｯﾀﾞ列[NewOU-Start]と[NewOU-End]の並び順が逆になっています。"}}));
+    EXPECT_TRUE(Runs(kMov, "0/0/1", "!OU-Start,OU-End,NewOU-Start,Mirror",
+                     {{"{T},a", kFail, {kNoTargetSpan}}}));
+    EXPECT_TRUE(
+        Runs(kMov, "0/0/1", "!OU-Start,OU-End,NewOU-End,NewOU-Start,Mirror",
+             {{"{T},a", kFail, {"ﾍｯﾀﾞ列[NewOU-Start]と[NewOU-End]の並び順が逆になっています。"}}}));
 }
 
 TEST_F(OUDeleteMoveTest, AnEmptyTargetIsTheDomainRoot) {
     const std::string name = "moved-" + std::to_string(getpid());
     MakeOU(name);
-    const std::string log = Run(kMov, {kMoveHeader, "{T}," + name});
+    EXPECT_TRUE(Runs(kMov, "1/0/0", kMoveHeader, {{"{T}," + name}}));
     const std::string atRoot = "OU=" + name + "," + gSession.DomainDN;
-    const bool moved = Binds(atRoot);
-    if (moved) DeleteTree(atRoot);
-    EXPECT_EQ(log, "");
-    EXPECT_EQ(Tally(), "1/0/0");
-    EXPECT_TRUE(moved);
+    EXPECT_TRUE(Binds(atRoot));
+    DeleteTree(atRoot);
 }
 
 }  // namespace

@@ -39,41 +39,25 @@
 namespace orin::test {
 
 // The RowOperation of each run: production 0-3, imitation 4-7, compare 8-11.
-enum : RowOperation {
-    kAdd,
-    kDel,
-    kMov,
-    kMdf,
-    kImitateAdd,
-    kImitateDel,
-    kImitateMov,
-    kImitateMdf,
-    kCompareAdd,
-    kCompareDel,
-    kCompareMov,
-    kCompareMdf
-};
+// clang-format off
+enum : RowOperation { kAdd, kDel, kMov, kMdf, kImitateAdd, kImitateDel, kImitateMov, kImitateMdf,
+                      kCompareAdd, kCompareDel, kCompareMov, kCompareMdf };
+// clang-format on
 
 using Attributes = std::vector<std::pair<std::string, std::string>>;
 using Props = std::map<std::string, std::string>;
 
-// One line of the event log: "3行, 失敗, <text>".
-struct LogRow {
-    int line;
-    const char* outcome;
-    std::string text;
-};
 inline constexpr const char* kFail = "失敗";
 inline constexpr const char* kWarn = "警告";
 inline constexpr const char* kDiff = "相違";
 
-// The log text of these rows, each ended by CR LF as on disk.
-inline std::string Log(std::initializer_list<LogRow> rows) {
-    std::string text;
-    for (const LogRow& r : rows)
-        text += std::to_string(r.line) + "行, " + r.outcome + ", " + r.text + "\r\n";
-    return text;
-}
+// One line of a test's CSV file and what the run must log for it: nothing, or a line
+// "<n>行, <outcome>, <text>" for each text, under the line's number.
+struct Row {
+    std::string csv;
+    const char* outcome = nullptr;
+    std::vector<std::string> texts = {};
+};
 
 // The row messages the tests meet in more than one place.
 inline std::string Invalid(std::string_view column) {
@@ -221,11 +205,34 @@ class OUTest : public DcTest {
         return aces;
     }
 
-    // Writes `lines` as the run's CSV file (CP932, CR LF) and runs them through RunRows_OU with
-    // `op` as the RowOperation, on a run reset as its driver resets it. Gives the text of the
-    // event log, which holds this run's row lines alone.
-    std::string Run(RowOperation op, std::vector<std::string> lines) {
-        for (std::string& line : lines) line = ReplaceAll(line, "{T}", Top());
+    // Writes the header and the rows as the run's CSV file (CP932, CR LF) and runs them through
+    // RunRows_OU with `op` as the RowOperation, on a run reset as its driver resets it. Passes
+    // when the event log holds exactly the rows' expected lines (its bytes: CP932, CR LF) and
+    // the counters read `tally`: "success/warning/failure", in a compare "match/difference/
+    // failure".
+    ::testing::AssertionResult Runs(RowOperation op, std::string_view tally,
+                                    const std::string& header, const std::vector<Row>& rows) {
+        std::vector<std::string> lines = {header};
+        std::string expected;
+        for (const Row& row : rows) {
+            lines.push_back(ReplaceAll(row.csv, "{T}", Top()));
+            for (const std::string& text : row.texts)
+                expected +=
+                    std::to_string(lines.size()) + "行, " + row.outcome + ", " + text + "\r\n";
+        }
+        const std::string log = Run(op, lines);
+        const int32_t first = gRun.blnCompare ? gRun.lngMatchCnt : gRun.lngSuccessCnt;
+        const int32_t second = gRun.blnCompare ? gRun.lngDiffCnt : gRun.lngWarningCnt;
+        const std::string counters = std::to_string(first) + "/" + std::to_string(second) + "/" +
+                                     std::to_string(gRun.lngFailureCnt);
+        if (log == expected && counters == tally) return ::testing::AssertionSuccess();
+        return ::testing::AssertionFailure()
+               << "counters " << counters << ", expected " << tally << "\nevent log:\n"
+               << log << "expected:\n"
+               << expected;
+    }
+    // The same with the lines of a file as they stand: gives the event log's text.
+    std::string Run(RowOperation op, const std::vector<std::string>& lines) {
         const std::filesystem::path csv = folder / "rows.csv";
         WriteCsv(csv, lines);
         const int trace = TraceMode;  // a test may have turned the trace on
@@ -233,8 +240,8 @@ class OUTest : public DcTest {
         TraceMode = trace;
         std::filesystem::remove(gRun.strEventLogPath);
         gRun.strCsvPath = csv.string();
-        gRun.blnImitate = op >= 4 && op <= 7;
-        gRun.blnCompare = op >= 8;
+        gRun.blnImitate = op >= kImitateAdd && op <= kImitateMdf;
+        gRun.blnCompare = op >= kCompareAdd;
         const auto kind =
             op == kCompareOfExport ? OperationKind::Exp : static_cast<OperationKind>(op % 4);
         PrepareRunColumns(ObjectKind::OU, kind, op == kCompareOfExport);
@@ -247,13 +254,12 @@ class OUTest : public DcTest {
         return platform::Cp932ToUtf8(ReadBytes(gRun.strEventLogPath));
     }
 
-    // The counters of the last run: "success/warning/failure", or in a compare
-    // "match/difference/failure".
-    static std::string Tally() {
-        const int32_t second = gRun.blnCompare ? gRun.lngDiffCnt : gRun.lngWarningCnt;
-        const int32_t first = gRun.blnCompare ? gRun.lngMatchCnt : gRun.lngSuccessCnt;
-        return std::to_string(first) + "/" + std::to_string(second) + "/" +
-               std::to_string(gRun.lngFailureCnt);
+    // Those of these OUs that exist, separated by blanks.
+    std::string Existing(std::initializer_list<std::string_view> names) {
+        std::vector<std::string> found;
+        for (std::string_view name : names)
+            if (Exists(name)) found.emplace_back(name);
+        return Join(found, " ");
     }
 
     ScratchFolder folder;
