@@ -100,9 +100,7 @@ TEST_F(TrusteeNameTest, PrefixesByKindOfAccount) {
     // Names outside the two lists are domain accounts, even well-known ones.
     EXPECT_EQ(TrusteeName("Everyone"), "ORIN\\EVERYONE");
     EXPECT_EQ(TrusteeName("Self"), "ORIN\\SELF");
-}
-
-TEST_F(TrusteeNameTest, TheReplicatorGroupIsReachedAsPeplicatorOnly) {
+    // The built-in Replicator group is reached as "Peplicator" only.
     EXPECT_EQ(TrusteeName("Peplicator"), "BUILTIN\\PEPLICATOR");
     EXPECT_EQ(TrusteeName("Replicator"), "ORIN\\REPLICATOR");
 }

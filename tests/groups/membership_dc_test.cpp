@@ -5,7 +5,6 @@
 #include <unistd.h>
 
 #include <algorithm>
-#include <cctype>
 #include <string>
 #include <vector>
 
@@ -20,37 +19,17 @@
 namespace orin {
 namespace {
 
+using test::UniqueSam;
+
 class MembershipTest : public test::DcTest {
   protected:
-    // Account names are unique in the whole domain: the process id keeps parallel runs apart.
-    static std::string Sam(std::string_view cn) {
-        std::string sam;
-        for (char c : cn) {
-            if (std::isalnum(static_cast<unsigned char>(c)) && sam.size() < 10) sam += c;
-        }
-        return sam + std::to_string(getpid());
+    DirObject Group(std::string_view cn, int64_t groupType = 2) {
+        return ou().Make("group", "CN=" + std::string(cn),
+                         {{"groupType", std::to_string(groupType)}});
     }
-
-    std::string PathOf(std::string_view cn) {
-        return "LDAP://CN=" + std::string(cn) + "," + ou().Dn();
-    }
-
-    DirObject Fresh(std::string_view cn) {
-        DirObject object;
-        EXPECT_TRUE(BindObject(PathOf(cn), object)) << cn;
-        return object;
-    }
-
-    DirObject Make(std::string_view cls, std::string_view cn, int64_t groupType = 2) {
-        auto created = gSession.RootObject.Create(cls, ou().Relative("CN=" + std::string(cn)));
-        EXPECT_TRUE(created.ok()) << created.status().message;
-        if (!created.ok()) return {};
-        created->Put("sAMAccountName", Sam(cn));
-        if (cls == "group") created->Put("groupType", std::to_string(groupType));
-        EXPECT_TRUE(created->SetInfo().ok()) << cn;
-        return Fresh(cn);
-    }
-
+    DirObject User(std::string_view cn) { return ou().Make("user", "CN=" + std::string(cn)); }
+    DirObject Fresh(std::string_view cn) { return ou().Bind("CN=" + std::string(cn)); }
+    std::string PathOf(std::string_view cn) { return ou().Path("CN=" + std::string(cn)); }
     void AddTo(DirObject& group, std::string_view memberCn) {
         ASSERT_TRUE(group.Add(PathOf(memberCn)).ok()) << memberCn;
     }
@@ -69,43 +48,44 @@ TEST_F(MembershipTest, ScopeAndKindOfEveryGroupType) {
                           {"DistGlobal", 2, kScopeGlobal},
                           {"DistUniv", 8, kScopeUniversal}};
     for (const Case& c : cases) {
-        DirObject group = Make("group", c.cn, c.groupType);
+        DirObject group = Group(c.cn, c.groupType);
         EXPECT_EQ(GroupScope(group).value_or(-1), c.scope) << c.cn;
         EXPECT_EQ(IsSecurityGroup(group).value_or(c.groupType > 0), c.groupType < 0) << c.cn;
     }
     // A user has no groupType: both fail, and the engine's handler takes over.
-    DirObject user = Make("user", "NotAGroup");
+    DirObject user = User("NotAGroup");
     EXPECT_FALSE(GroupScope(user).ok());
     EXPECT_FALSE(IsSecurityGroup(user).ok());
 }
 
+// One memberof value reads as a string, several as a list: the helpers take both.
 TEST_F(MembershipTest, MemberOfWithNoneOneAndSeveralValues) {
-    DirObject first = Make("group", "First");
-    DirObject second = Make("group", "Second");
-    DirObject user = Make("user", "Joiner");
+    DirObject first = Group("First");
+    DirObject second = Group("Second");
+    DirObject user = User("Joiner");
     EXPECT_FALSE(IsInMemberOf(user, PathOf("First")));
     EXPECT_EQ(CountMemberOf(user), 0);
 
     AddTo(first, "Joiner");
     user = Fresh("Joiner");
-    ASSERT_TRUE(user.Get("memberof").ok()) << "one value reads as a string";
+    ASSERT_TRUE(user.Get("memberof").ok());
     EXPECT_TRUE(IsInMemberOf(user, ToLowerAscii(PathOf("First"))));
     EXPECT_FALSE(IsInMemberOf(user, PathOf("Second")));
     EXPECT_EQ(CountMemberOf(user), 1);
 
     AddTo(second, "Joiner");
     user = Fresh("Joiner");
-    ASSERT_EQ(user.Get("memberof").status().code, kDirTypeMismatch) << "two read as a list";
+    ASSERT_EQ(user.Get("memberof").status().code, kDirTypeMismatch);
     EXPECT_TRUE(IsInMemberOf(user, ToUpperAscii(PathOf("First"))));
     EXPECT_TRUE(IsInMemberOf(user, PathOf("Second")));
     EXPECT_EQ(CountMemberOf(user), 2);
 }
 
 TEST_F(MembershipTest, RemoveFromAllGroupsReportsDoneFailedAndNothingToDo) {
-    DirObject first = Make("group", "First");
-    DirObject second = Make("group", "Second", 8);
-    DirObject leaver = Make("user", "Leaver");
-    Make("user", "Other");
+    DirObject first = Group("First");
+    DirObject second = Group("Second", 8);
+    DirObject leaver = User("Leaver");
+    User("Other");
     EXPECT_EQ(RemoveFromAllGroups(leaver, PathOf("Leaver")), kNoGroupsToLeave);
 
     AddTo(first, "Leaver");
@@ -120,14 +100,13 @@ TEST_F(MembershipTest, RemoveFromAllGroupsReportsDoneFailedAndNothingToDo) {
     EXPECT_TRUE(IsMember(second, PathOf("Leaver")));
 
     EXPECT_EQ(RemoveFromAllGroups(leaver, PathOf("Leaver")), kRemovedFromAll);
-    leaver = Fresh("Leaver");
-    EXPECT_EQ(CountMemberOf(leaver), 0);
+    EXPECT_EQ(CountMemberOf(leaver = Fresh("Leaver")), 0);
 }
 
 TEST_F(MembershipTest, IsMemberComparesRebuiltPathsIgnoringCase) {
-    DirObject team = Make("group", "Team");
-    Make("user", "Mixed Case");
-    Make("user", "Outsider");
+    DirObject team = Group("Team");
+    User("Mixed Case");
+    User("Outsider");
     AddTo(team, "Mixed Case");
     EXPECT_TRUE(IsMember(team, ToUpperAscii(PathOf("Mixed Case"))));
     EXPECT_TRUE(IsMember(team, ToLowerAscii(PathOf("Mixed Case"))));
@@ -138,48 +117,47 @@ TEST_F(MembershipTest, IsMemberComparesRebuiltPathsIgnoringCase) {
 }
 
 TEST_F(MembershipTest, RemoveAllMembersEmptiesEmptyAndFullGroups) {
-    DirObject empty = Make("group", "Empty");
+    DirObject empty = Group("Empty");
     EXPECT_TRUE(RemoveAllMembers(empty));
 
-    DirObject full = Make("group", "Full", 4);
-    // A nested group, users, and a name that needs escaping in a distinguished name.
-    for (const char* cn : {"Nested", "Member1", "Smith\\, John"}) {
-        Make(cn == std::string("Nested") ? "group" : "user", cn, 4);
-        AddTo(full, cn);
-    }
-    full = Fresh("Full");
-    ASSERT_EQ(full.Members()->size(), 3u);
-    EXPECT_TRUE(RemoveAllMembers(full));
-    full = Fresh("Full");
-    EXPECT_TRUE(full.Members().ok() && full.Members()->empty());
+    DirObject full = Group("Full", 4);
+    // A nested group, a user, and a name that needs escaping in a distinguished name.
+    Group("Nested", 4);
+    User("Member1");
+    User("Smith\\, John");
+    for (const char* cn : {"Nested", "Member1", "Smith\\, John"}) AddTo(full, cn);
+    ASSERT_EQ(Fresh("Full").Members().value_or({}).size(), 3u);
+    EXPECT_TRUE(RemoveAllMembers(full = Fresh("Full")));
+    auto left = Fresh("Full").Members();
+    EXPECT_TRUE(left.ok() && left->empty());
 }
 
 TEST_F(MembershipTest, FindByAccountNameKeepsClassesAndWildcards) {
-    Make("user", "Finder");
-    Make("computer", "Machine");
-    Make("group", "Crew");
+    User("Finder");
+    ou().Make("computer", "CN=Machine");
+    Group("Crew");
     auto upper = [](const std::string& path) { return ToUpperAscii(StripServer(path)); };
 
-    auto user = FindByAccountName(Sam("Finder"), "user");
+    auto user = FindByAccountName(UniqueSam("Finder"), "user");
     ASSERT_TRUE(user.ok());
-    EXPECT_EQ(user->size(), 1u);
-    EXPECT_EQ(upper(user->at(0)), ToUpperAscii("CN=Finder," + ou().Dn()));
+    ASSERT_EQ(user->size(), 1u);
+    EXPECT_EQ(upper(user->at(0)), upper(PathOf("Finder")));
     // A computer is a user too, as the directory's class chain says; a user is no group.
-    EXPECT_EQ(FindByAccountName(Sam("Machine"), "user")->size(), 1u);
-    EXPECT_TRUE(FindByAccountName(Sam("Finder"), "group")->empty());
+    EXPECT_EQ(FindByAccountName(UniqueSam("Machine") + "$", "user").value_or({}).size(), 1u);
+    auto noGroup = FindByAccountName(UniqueSam("Finder"), "group");
+    EXPECT_TRUE(noGroup.ok() && noGroup->empty());
+    // The name goes in unescaped: a parenthesis breaks the filter, and that is an error.
+    EXPECT_FALSE(FindByAccountName("a(b", "user").ok());
 
-    // The name goes in unescaped, so a wildcard finds every match, each once.
-    auto all = FindByAccountName("*" + std::to_string(getpid()), "*");
+    // A wildcard finds every match, each once.
+    auto all = FindByAccountName("*" + std::to_string(getpid()) + "*", "*");
     ASSERT_TRUE(all.ok());
-    std::vector<std::string> dns;
-    for (const std::string& path : *all) dns.push_back(upper(path));
-    std::sort(dns.begin(), dns.end());
-    EXPECT_TRUE(std::adjacent_find(dns.begin(), dns.end()) == dns.end());
-    for (const char* cn : {"Finder", "Machine", "Crew"}) {
-        EXPECT_TRUE(std::binary_search(dns.begin(), dns.end(),
-                                       ToUpperAscii("CN=" + std::string(cn) + "," + ou().Dn())))
-            << cn;
-    }
+    std::vector<std::string> found;
+    for (const std::string& path : *all) found.push_back(upper(path));
+    std::sort(found.begin(), found.end());
+    EXPECT_TRUE(std::adjacent_find(found.begin(), found.end()) == found.end());
+    for (const char* cn : {"Finder", "Machine", "Crew"})
+        EXPECT_TRUE(std::binary_search(found.begin(), found.end(), upper(PathOf(cn)))) << cn;
 }
 
 }  // namespace

@@ -27,21 +27,13 @@ class UserAccountTest : public test::DcTest {
     void SetUp() override {
         DcTest::SetUp();
         if (HasFatalFailure()) return;
-        sam_ = "acct" + std::to_string(getpid());
-        auto created = gSession.RootObject.Create("user", ou().Relative("CN=Account Holder"));
-        ASSERT_TRUE(created.ok()) << created.status().message;
-        created->Put("sAMAccountName", sam_);
-        DirStatus status = created->SetInfo();
-        ASSERT_TRUE(status.ok()) << status.message;
-        status = Fresh().SetPassword(kPassword);
+        sam_ = test::UniqueSam("acct");
+        ASSERT_TRUE(ou().Make("user", "CN=Account Holder", {{"sAMAccountName", sam_}}).IsBound());
+        DirStatus status = Fresh().SetPassword(kPassword);
         ASSERT_TRUE(status.ok()) << status.message;
     }
 
-    DirObject Fresh() {
-        DirObject user;
-        EXPECT_TRUE(BindObject("LDAP://CN=Account Holder," + ou().Dn(), user));
-        return user;
-    }
+    DirObject Fresh() { return ou().Bind("CN=Account Holder"); }
 
     WinNTUser WinNT() {
         DirResult<WinNTUser> user = WinNTUser::Open(sam_);
