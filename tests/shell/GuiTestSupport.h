@@ -21,35 +21,31 @@
 
 #include "directory/DirectorySession.h"
 #include "run/RunContext.h"
+#include "run/RunTestSupport.h"
 
 namespace orin::test {
 
 // ORIN_HOME pointed at a fresh folder for the length of a test, and a session with nothing in
 // it, as a new process has.
-class ScratchHome {
+class ScratchHome : public ScratchFolder {
   public:
     ScratchHome() {
-        const auto* info = ::testing::UnitTest::GetInstance()->current_test_info();
-        path_ = std::filesystem::temp_directory_path() / "orin_shell_test" /
-                (std::string(info->test_suite_name()) + "." + info->name());
-        std::filesystem::remove_all(path_);
-        std::filesystem::create_directories(path_);
-        setenv("ORIN_HOME", path_.c_str(), 1);
+        setenv("ORIN_HOME", path().c_str(), 1);
         gSession = DirectorySession{};
         gRun.intCancel = 0;
     }
     ~ScratchHome() {
         unsetenv("ORIN_HOME");
         gSession = DirectorySession{};
-        std::error_code ec;
-        std::filesystem::remove_all(path_, ec);
     }
-    const std::filesystem::path& path() const { return path_; }
-    std::filesystem::path operator/(const std::string& name) const { return path_ / name; }
-
-  private:
-    std::filesystem::path path_;
 };
+
+// The text of a CP932 file (Event.log, Orin.ini, a trace), its lines ended by "\n".
+inline std::string FileText(const std::filesystem::path& path) {
+    std::string text;
+    for (const std::string& line : ReadLines(path)) text += line + "\n";
+    return text;
+}
 
 // Plays the operator at modal windows: while it lives, it looks at the modal window in front
 // every few milliseconds and hands it to `onModal` (once per window until the window changes

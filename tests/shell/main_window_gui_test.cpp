@@ -9,7 +9,6 @@
 
 #include "GuiTestSupport.h"
 #include "engines/RegisterEngines.h"
-#include "platform/TextFile.h"
 #include "run/Options.h"
 #include "run/OrinIni.h"
 #include "shell/frmCreateTemplate.h"
@@ -36,7 +35,6 @@ class MainWindowTest : public ::testing::Test {
     QPushButton* Button(int16_t object) { return window.objectButton(object); }
     QLineEdit* PathBox(OperationKind op) { return window.page(op).txtFilePath; }
     QTabWidget* Tabs() { return window.tabs(); }
-    bool TabStripHasFocus() { return Focus() == Tabs()->tabBar(); }
     void Select(int16_t object) { Button(object)->setFocus(Qt::MouseFocusReason); }
 
     ScratchHome home;
@@ -49,12 +47,11 @@ TEST_F(MainWindowTest, StartsOnTheFirstPageWithOUSelectedAndTheDefaultSettings) 
     EXPECT_EQ(window.CurrentObject, 1);
     EXPECT_EQ(window.CurrentOperation, 1);
     EXPECT_EQ(Tabs()->currentIndex(), 0);
-    EXPECT_TRUE(std::filesystem::exists(home / "Orin.ini"));
     EXPECT_EQ(gSession.Method, "local");
     EXPECT_EQ(window.strEventLogPath, home / "Event.log");
     EXPECT_EQ(gRun.strEventLogPath, (home / "Event.log").string());
     EXPECT_EQ(blnRepeat_Usr, (RepeatChoice{true, false, false}));
-    // Nothing but the settings file is written at start: no trace, no event log.
+    // The settings file is written at start, and nothing else: no trace, no event log.
     std::vector<std::string> files;
     for (const auto& entry : std::filesystem::directory_iterator(home.path()))
         files.push_back(entry.path().filename().string());
@@ -94,40 +91,37 @@ TEST_F(MainWindowTest, GpoLinksLeaveOnlyTheExportPage) {
 }
 
 TEST_F(MainWindowTest, PathsAreRememberedPerKindAndOperation) {
+    const auto box = [&](int page) { return PathBox(static_cast<OperationKind>(page)); };
+    const QStringList userPaths = {U("/csv/ﾕｰｻﾞｰ追加.csv"), U("/csv/del.csv"), U("/csv/mov.csv"),
+                                   U(" /csv/mdf.csv "), U("/csv/exp.csv")};
     Select(3);
-    const std::array<QString, 5> userPaths = {U("/csv/ﾕｰｻﾞｰ追加.csv"), U("/csv/del.csv"),
-                                              U("/csv/mov.csv"), U(" /csv/mdf.csv "),
-                                              U("/csv/exp.csv")};
     for (int i = 0; i < 5; ++i) {
         Tabs()->setCurrentIndex(i);
-        TypeInto(PathBox(static_cast<OperationKind>(i)), userPaths[static_cast<size_t>(i)]);
+        TypeInto(box(i), userPaths[i]);
     }
     Select(1);
-    for (int i = 0; i < 5; ++i)
-        EXPECT_TRUE(PathBox(static_cast<OperationKind>(i))->text().isEmpty());
+    for (int i = 0; i < 5; ++i) EXPECT_TRUE(box(i)->text().isEmpty()) << i;
     Tabs()->setCurrentIndex(0);
-    TypeInto(PathBox(OperationKind::Add), U("/csv/ou.csv"));
+    TypeInto(box(0), U("/csv/ou.csv"));
 
     Select(3);
     for (int i = 0; i < 5; ++i) {
         // Kept as typed, blanks and all: only the start buttons trim.
-        EXPECT_EQ(PathBox(static_cast<OperationKind>(i))->text(),
-                  userPaths[static_cast<size_t>(i)]);
-        EXPECT_EQ(window.FilePath(3, static_cast<int16_t>(i + 1)),
-                  userPaths[static_cast<size_t>(i)]);
+        EXPECT_EQ(box(i)->text(), userPaths[i]);
+        EXPECT_EQ(window.FilePath(3, static_cast<int16_t>(i + 1)), userPaths[i]);
     }
     EXPECT_EQ(window.FilePath(1, 1), U("/csv/ou.csv"));
 
     // GPO links have an export path of their own and leave the hidden pages alone.
     Select(6);
-    EXPECT_TRUE(PathBox(OperationKind::Exp)->text().isEmpty());
-    EXPECT_EQ(PathBox(OperationKind::Add)->text(), userPaths[0]);
-    TypeInto(PathBox(OperationKind::Exp), U("/csv/gpo.csv"));
+    EXPECT_TRUE(box(4)->text().isEmpty());
+    EXPECT_EQ(box(0)->text(), userPaths[0]);
+    TypeInto(box(4), U("/csv/gpo.csv"));
     Select(1);
-    EXPECT_EQ(PathBox(OperationKind::Add)->text(), U("/csv/ou.csv"));
-    EXPECT_TRUE(PathBox(OperationKind::Exp)->text().isEmpty());
+    EXPECT_EQ(box(0)->text(), U("/csv/ou.csv"));
+    EXPECT_TRUE(box(4)->text().isEmpty());
     Select(6);
-    EXPECT_EQ(PathBox(OperationKind::Exp)->text(), U("/csv/gpo.csv"));
+    EXPECT_EQ(box(4)->text(), U("/csv/gpo.csv"));
 }
 
 TEST_F(MainWindowTest, DomainNamesTypedOnOnePageShowOnAllPages) {
@@ -151,89 +145,54 @@ TEST_F(MainWindowTest, DomainNamesTypedOnOnePageShowOnAllPages) {
     EXPECT_EQ(window.DomainFieldsOf(OperationKind::Exp).dns, "orin.test");
 }
 
-// The keyboard table, row by row.
-TEST_F(MainWindowTest, KeysFromAnObjectButton) {
-    Select(3);
-    Tabs()->setCurrentIndex(2);
-    Press(Qt::Key_Right);
-    EXPECT_TRUE(TabStripHasFocus());
-    EXPECT_EQ(Tabs()->currentIndex(), 0);
-
-    Select(3);
-    Tabs()->setCurrentIndex(3);
-    Press(Qt::Key_Tab);
-    EXPECT_EQ(Focus(), PathBox(OperationKind::Add));
-    EXPECT_EQ(Tabs()->currentIndex(), 0);
-    EXPECT_EQ(window.CurrentObject, 3);
-
-    Select(6);
-    Press(Qt::Key_Right);
-    EXPECT_TRUE(TabStripHasFocus());
-    EXPECT_EQ(Tabs()->currentIndex(), 4);
-
-    Select(6);
-    Press(Qt::Key_Tab);
-    EXPECT_EQ(Focus(), PathBox(OperationKind::Exp));
-    EXPECT_EQ(window.CurrentObject, 6);
-}
-
-TEST_F(MainWindowTest, KeysFromTheTabStrip) {
-    Select(2);
-    Tabs()->setCurrentIndex(0);
-    Tabs()->setFocus();
-    Press(Qt::Key_Left);
-    EXPECT_EQ(Focus(), Button(2));
-
-    // On page 4 Left goes back to btnGPO only when GPO links are the kind; otherwise the tab
-    // strip moves to the page on the left as usual.
-    Tabs()->setCurrentIndex(4);
-    Tabs()->setFocus();
-    Press(Qt::Key_Left);
-    EXPECT_TRUE(TabStripHasFocus());
-    EXPECT_EQ(Tabs()->currentIndex(), 3);
-
-    Select(6);
-    Tabs()->setFocus();
-    Press(Qt::Key_Left);
-    EXPECT_EQ(Focus(), Button(6));
-
-    Select(1);
-    Tabs()->setCurrentIndex(2);
-    Tabs()->setFocus();
-    Press(Qt::Key_Tab);
-    EXPECT_EQ(Focus(), PathBox(OperationKind::Mov));
-    Tabs()->setCurrentIndex(3);
-    Tabs()->setFocus();
-    Press(Qt::Key_Down);
-    EXPECT_EQ(Focus(), PathBox(OperationKind::Mdf));
-}
-
-TEST_F(MainWindowTest, KeysFromAPathBox) {
-    Select(5);
-    Tabs()->setCurrentIndex(3);
-    PathBox(OperationKind::Mdf)->setFocus();
-    Press(Qt::Key_Left);
-    EXPECT_EQ(Focus(), Button(5));
-
-    PathBox(OperationKind::Mdf)->setFocus();
-    Press(Qt::Key_Up);
-    EXPECT_TRUE(TabStripHasFocus());
-    EXPECT_EQ(Tabs()->currentIndex(), 3);
-
-    // Shift+Tab from a path box stays on its page instead of running into the page before.
-    Tabs()->setCurrentIndex(1);
-    PathBox(OperationKind::Del)->setFocus();
-    Press(Qt::Key_Backtab, Qt::ShiftModifier);
-    EXPECT_TRUE(TabStripHasFocus());
-    EXPECT_EQ(Tabs()->currentIndex(), 1);
-
-    // From txtFilePath_Add it goes back to the button the operator came from, not to btnGPO.
-    Select(3);
-    Press(Qt::Key_Tab);
-    ASSERT_EQ(Focus(), PathBox(OperationKind::Add));
-    Press(Qt::Key_Backtab, Qt::ShiftModifier);
-    EXPECT_EQ(Focus(), Button(3));
-    EXPECT_EQ(window.CurrentObject, 3);
+// The keyboard table, row by row: with a kind selected and a page shown, a key pressed in one
+// place moves the focus (and the page) to another, and never changes the kind.
+TEST_F(MainWindowTest, KeysMoveBetweenTheButtonsTheTabStripAndThePathBoxes) {
+    enum Where { kButton, kTabs, kPath };
+    struct Step {
+        int16_t object;
+        int page;
+        Where from;
+        int key;
+        Where to;
+        int toPage;
+    };
+    const std::vector<Step> steps = {
+        {3, 2, kButton, Qt::Key_Right, kTabs, 0},
+        {3, 3, kButton, Qt::Key_Tab, kPath, 0},
+        {6, 4, kButton, Qt::Key_Right, kTabs, 4},
+        {6, 4, kButton, Qt::Key_Tab, kPath, 4},
+        {2, 0, kTabs, Qt::Key_Left, kButton, 0},
+        // On page 4 Left goes back to btnGPO only when GPO links are the kind; otherwise the
+        // tab strip moves to the page on the left as usual.
+        {2, 4, kTabs, Qt::Key_Left, kTabs, 3},
+        {6, 4, kTabs, Qt::Key_Left, kButton, 4},
+        {1, 2, kTabs, Qt::Key_Tab, kPath, 2},
+        {1, 3, kTabs, Qt::Key_Down, kPath, 3},
+        {5, 3, kPath, Qt::Key_Left, kButton, 3},
+        {5, 3, kPath, Qt::Key_Up, kTabs, 3},
+        // Shift+Tab from a path box stays on its page instead of running into the page before;
+        // from txtFilePath_Add it goes back to the kind's button, not to btnGPO.
+        {5, 1, kPath, Qt::Key_Backtab, kTabs, 1},
+        {3, 0, kPath, Qt::Key_Backtab, kButton, 0},
+    };
+    const auto widget = [&](Where where, int16_t object, int page) -> QWidget* {
+        if (where == kButton) return Button(object);
+        if (where == kTabs) return Tabs()->tabBar();
+        return PathBox(static_cast<OperationKind>(page));
+    };
+    for (const Step& s : steps) {
+        SCOPED_TRACE(testing::Message() << "kind " << s.object << ", page " << s.page << ", from "
+                                        << s.from << ", key " << s.key);
+        Select(s.object);
+        Tabs()->setCurrentIndex(s.page);
+        if (s.from == kTabs) Tabs()->setFocus();
+        if (s.from == kPath) PathBox(static_cast<OperationKind>(s.page))->setFocus();
+        Press(s.key, s.key == Qt::Key_Backtab ? Qt::ShiftModifier : Qt::NoModifier);
+        EXPECT_EQ(Focus(), widget(s.to, s.object, s.toPage));
+        EXPECT_EQ(Tabs()->currentIndex(), s.toPage);
+        EXPECT_EQ(window.CurrentObject, s.object);
+    }
 }
 
 TEST_F(MainWindowTest, OtherKeysReachTheControls) {
@@ -319,13 +278,7 @@ TEST_F(MainWindowTest, ClosingWritesTheSettingsButNeverThePassword) {
     gSession.UserName = "Administrator";
     window.close();
 
-    std::vector<std::string> lines;
-    ASSERT_TRUE(platform::ReadAllLines(home / "Orin.ini", lines));
-    const std::string all = [&] {
-        std::string text;
-        for (const auto& line : lines) text += line + "\n";
-        return text;
-    }();
+    const std::string all = FileText(home / "Orin.ini");
     EXPECT_NE(all.find("DomainDNSName=orin.test"), std::string::npos) << all;
     EXPECT_NE(all.find("UserName=Administrator"), std::string::npos) << all;
     EXPECT_EQ(all.find("Secret-Pass1"), std::string::npos);

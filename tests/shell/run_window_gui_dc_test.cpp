@@ -21,14 +21,6 @@
 namespace orin::test {
 namespace {
 
-std::string ReadLog(const std::filesystem::path& path) {
-    std::vector<std::string> lines;
-    platform::ReadAllLines(path, lines);
-    std::string text;
-    for (const auto& line : lines) text += line + "\n";
-    return text;
-}
-
 class DcRunWindowTest : public ::testing::Test {
   protected:
     void SetUp() override {
@@ -116,7 +108,7 @@ TEST_F(DcRunWindowTest, ImitationFromTheWindowLogsInConnectsAndChangesNothing) {
     EXPECT_EQ(player.boxes[1].text,
               U("組織単位の模擬追加処理に失敗がありました。\nｲﾍﾞﾝﾄﾛｸﾞを開きますか？"));
 
-    const std::string log = ReadLog(home / "Event.log");
+    const std::string log = FileText(home / "Event.log");
     EXPECT_NE(log.find("処理内容： 組織単位の模擬追加"), std::string::npos) << log;
     EXPECT_NE(log.find("4行, 失敗, "), std::string::npos) << log;
     EXPECT_NE(log.find("処理成功数： 2"), std::string::npos) << log;

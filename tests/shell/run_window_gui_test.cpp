@@ -28,14 +28,6 @@ namespace {
 
 using shell::frmProgress;
 
-std::string ReadLog(const std::filesystem::path& path) {
-    std::vector<std::string> lines;
-    platform::ReadAllLines(path, lines);
-    std::string text;
-    for (const auto& line : lines) text += line + "\n";
-    return text;
-}
-
 QString LabelText(QWidget* window, const char* name) {
     return Find<QLabel>(window, name)->text();
 }
@@ -139,7 +131,7 @@ TEST_F(RunWindowTest, CancelActsAtOnceAndEndsTheRunAtTheNextRow) {
     EXPECT_EQ(statusColour, QColor(Qt::red));
     EXPECT_EQ(commandAtEnd, U("OK"));
     EXPECT_EQ(screen.progressWindow(), nullptr);
-    const std::string log = ReadLog(home / "Event.log");
+    const std::string log = FileText(home / "Event.log");
     EXPECT_NE(log.find("ｷｬﾝｾﾙによる中断の有無： 有"), std::string::npos) << log;
     EXPECT_NE(log.find("ｷｬﾝｾﾙ時の処理済最終行： " + std::to_string(rows + 1)), std::string::npos)
         << log;
