@@ -259,6 +259,50 @@ TEST_F(KerberosRemote, AUserPrincipalNameOfAnotherSuffixFindsItsAccount) {
     EXPECT_EQ(ToLowerAscii(credentials->ClientPrincipal()), ToLowerAscii(sam + "@ORIN.TEST"));
 }
 
+// --auth as orin-cli's caller chooses it: without a CA file, TLS alone can't be had, and
+// Kerberos alone needs none.
+TEST(KerberosCli, AuthChoosesTheWayIn) {
+    ASSERT_TRUE(ConnectTestDc(ConnectMethod::Remote));
+    ScopedOu ou;
+    ASSERT_TRUE(ou.ok());
+    ScratchFolder home;
+    std::ofstream(home / "password") << TestDc().adminPassword << "\n";
+    const std::string csv = (home / "add.csv").string();
+    WriteCsv(csv, {"!OU-Start,,OU-End,Mirror,description", ou.Rdn().substr(3) + ",a,,,"});
+    auto run = [&](const char* auth) {
+        return RunCli(home.path(),
+                      {"run",
+                       "--kind",
+                       "ou",
+                       "--op",
+                       "add",
+                       "--mode",
+                       "imitate",
+                       "--csv",
+                       csv,
+                       "--dns",
+                       "orin.test",
+                       "--netbios",
+                       "ORIN",
+                       "--method",
+                       "remote",
+                       "--server",
+                       "orindc.orin.test",
+                       "--user",
+                       "Administrator",
+                       "--password-file",
+                       (home / "password").string(),
+                       "--yes",
+                       "--auth",
+                       auth},
+                      {{"LDAPTLS_CACERT", ""}, {"KRB5_CONFIG", kNoConfig}});
+    };
+    const CliResult tls = run("tls");
+    EXPECT_EQ(tls.status, 4) << tls.err;
+    const CliResult kerberos = run("Kerberos");
+    EXPECT_EQ(kerberos.status, 0) << kerberos.err;
+}
+
 // orin-cli with the default --auth (auto) against the DC as seen through relays on 127.0.0.2,
 // where its LDAPS port closes every connection, as a DC without a certificate does. In a mount
 // namespace of its own, the DC's name leads there; KRB5_CONFIG names nothing. The run goes by

@@ -10,6 +10,7 @@
 #include <chrono>
 #include <cstdlib>
 
+#include "cli/CliTestSupport.h"
 #include "platform/Kerberos.h"
 
 namespace orin::platform {
@@ -137,6 +138,20 @@ TEST_F(KdcExchange, NothingIsSentWithoutAPasswordOrAPrincipal) {
     EXPECT_EQ(KerberosCredentials::FromPassword(login, "secret", credentials).code,
               kKerberosBadUserName);
     EXPECT_EQ(credentials, nullptr);
+}
+
+TEST(CliAuthOption, TakesAutoTlsOrKerberosAndSaysSoInTheUsage) {
+    test::ScratchFolder home;
+    const std::vector<std::string> run = {"run",    "--kind",  "ou",    "--op", "add",
+                                          "--mode", "imitate", "--csv", "a.csv"};
+    std::vector<std::string> args = run;
+    args.insert(args.end(), {"--auth", "ntlm"});
+    const test::CliResult bad = test::RunCli(home.path(), args);
+    EXPECT_EQ(bad.status, 64);
+    EXPECT_NE(bad.err.find("--auth の値が正しくありません: ntlm"), std::string::npos) << bad.err;
+
+    const test::CliResult help = test::RunCli(home.path(), {"--help"});
+    EXPECT_NE(help.out.find("[--auth auto|tls|kerberos]"), std::string::npos) << help.out;
 }
 
 }  // namespace
