@@ -40,35 +40,42 @@ class LoginTest : public ::testing::Test {
     std::unique_ptr<frmLogin> dialog;
 };
 
-TEST_F(LoginTest, MethodLocalInAnyCaseDisablesTheRemoteFields) {
-    for (const char* method : {"local", "Local", "LOCAL"}) {
+TEST_F(LoginTest, MethodLocalInAnyCaseDisablesTheRemoteFieldsAndNeedsNoServerNorUser) {
+    const std::vector<std::pair<const char*, bool>> methods = {
+        {"local", true},   {"Local", true}, {"LOCAL", true},
+        {"remote", false}, {"", false},     {"kerberos", false}};
+    for (const auto& [method, local] : methods) {
         gSession.Method = method;
         Open();
-        EXPECT_TRUE(Radio(0)->isChecked()) << method;
+        EXPECT_TRUE(Radio(local ? 0 : 1)->isChecked()) << method;
         for (const char* name : {"txtDCName", "txtUserName", "txtPassword"})
-            EXPECT_FALSE(Box(name)->isEnabled()) << method << " " << name;
-    }
-    for (const char* method : {"remote", "", "kerberos"}) {
-        gSession.Method = method;
-        Open();
-        EXPECT_TRUE(Radio(1)->isChecked()) << method;
-        for (const char* name : {"txtDCName", "txtUserName", "txtPassword"})
-            EXPECT_TRUE(Box(name)->isEnabled()) << method << " " << name;
+            EXPECT_EQ(Box(name)->isEnabled(), !local) << method << " " << name;
     }
     // A click on a radio switches at once.
     QTest::mouseClick(Radio(0), Qt::LeftButton);
     EXPECT_FALSE(Box("txtDCName")->isEnabled());
     QTest::mouseClick(Radio(1), Qt::LeftButton);
     EXPECT_TRUE(Box("txtPassword")->isEnabled());
+
+    // Local, the dialog takes the domain names alone.
+    QTest::mouseClick(Radio(0), Qt::LeftButton);
+    TypeInto(Box("txtDomainDNSName"), U("orin.test"));
+    TypeInto(Box("txtDomainNetBIOSName"), U("ORIN"));
+    QTest::mouseClick(Find<QCheckBox>(dialog.get(), "chkNeverShowAgain"), Qt::LeftButton);
+    PressOK();
+    EXPECT_TRUE(op.boxes.empty());
+    EXPECT_FALSE(dialog->isVisible());
+    EXPECT_EQ(gSession.Method, "local");
+    EXPECT_TRUE(gSession.NeverShowAgain);
 }
 
-TEST_F(LoginTest, LoadsTheSessionAndAPasswordTypedEarlier) {
+TEST_F(LoginTest, LoadsTheSessionAndFocusesTheFirstEmptyBoxThatIsEnabled) {
     gSession.Method = "remote";
     gSession.DomainDNSName = "orin.test";
     gSession.DomainNetBIOSName = "ORIN";
     gSession.DcComputerName = "orindc.orin.test";
     gSession.UserName = "Administrator";
-    gSession.Password = "Orin-Admin-Pass1";
+    gSession.Password = "Orin-Admin-Pass1";  // typed earlier in this process
     gSession.NeverShowAgain = true;
     Open();
     EXPECT_EQ(dialog->windowTitle(), U("ﾄﾞﾒｲﾝ接続"));
@@ -77,18 +84,14 @@ TEST_F(LoginTest, LoadsTheSessionAndAPasswordTypedEarlier) {
     EXPECT_EQ(Box("txtPassword")->text(), U("Orin-Admin-Pass1"));
     EXPECT_EQ(Box("txtPassword")->echoMode(), QLineEdit::Password);
     EXPECT_TRUE(Find<QCheckBox>(dialog.get(), "chkNeverShowAgain")->isChecked());
+    EXPECT_EQ(Find<QPushButton>(dialog.get(), "cmdOK")->text(), U("接続"));
     // Nothing empty: the focus goes to the DNS name.
     EXPECT_EQ(QApplication::focusWidget(), Box("txtDomainDNSName"));
-}
 
-TEST_F(LoginTest, FocusGoesToTheFirstEmptyBoxButNotIntoADisabledOne) {
-    gSession.Method = "remote";
-    gSession.DomainDNSName = "orin.test";
-    gSession.DomainNetBIOSName = "ORIN";
-    gSession.DcComputerName = "dc";
+    gSession.UserName.clear();
+    gSession.Password.clear();
     Open();  // the user name is not asked for: the empty password is the first
     EXPECT_EQ(QApplication::focusWidget(), Box("txtPassword"));
-    EXPECT_EQ(Find<QPushButton>(dialog.get(), "cmdOK")->text(), U("接続"));
 
     gSession.Method = "local";
     gSession.DcComputerName.clear();
@@ -131,20 +134,6 @@ TEST_F(LoginTest, ChecksInOrderAndStaysOpenUntilTheyPass) {
     EXPECT_EQ(gSession.Method, "remote");
     EXPECT_FALSE(gSession.NeverShowAgain);
     EXPECT_TRUE(gSession.Connected);  // OK never touches the connection
-}
-
-TEST_F(LoginTest, LocalMethodNeedsNoServerNorUser) {
-    gSession.Method = "remote";
-    Open();
-    QTest::mouseClick(Radio(0), Qt::LeftButton);
-    TypeInto(Box("txtDomainDNSName"), U("orin.test"));
-    TypeInto(Box("txtDomainNetBIOSName"), U("ORIN"));
-    QTest::mouseClick(Find<QCheckBox>(dialog.get(), "chkNeverShowAgain"), Qt::LeftButton);
-    PressOK();
-    EXPECT_TRUE(op.boxes.empty());
-    EXPECT_FALSE(dialog->isVisible());
-    EXPECT_EQ(gSession.Method, "local");
-    EXPECT_TRUE(gSession.NeverShowAgain);
 }
 
 TEST_F(LoginTest, CancelAsksForAFreshLogin) {

@@ -30,12 +30,13 @@ class DcRunWindowTest : public ::testing::Test {
         window.show();
         ASSERT_TRUE(QTest::qWaitForWindowActive(&window));
         // An OU of the test's own; then the session is left unconnected, filled in with the
-        // DC's names and password as if typed earlier, so that the run asks for the login.
+        // DC's names and password as if typed earlier, so that the run asks for the login:
+        // "never show again" only keeps a connection that stands.
         ASSERT_TRUE(ConnectTestDc(ConnectMethod::Remote));
         ou.emplace();
         ASSERT_TRUE(ou->ok());
         gSession.Connected = false;
-        gSession.NeverShowAgain = false;
+        gSession.NeverShowAgain = true;
 
         const auto& page = window.page(OperationKind::Add);
         page.txtDomainDNS->setText(U(TestDc().dnsDomain.c_str()));

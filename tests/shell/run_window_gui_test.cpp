@@ -19,7 +19,6 @@
 #include "run/RowLoop.h"
 #include "shell/EventLogViewer.h"
 #include "shell/QtOperator.h"
-#include "shell/frmLogin.h"
 #include "shell/frmProgress.h"
 #include "shell/frmTop.h"
 
@@ -180,25 +179,6 @@ TEST_F(RunWindowTest, FinishedRunShowsItsCountersAndOffersTheLog) {
     EXPECT_EQ(viewer->path(), home / "Event.log");
     EXPECT_TRUE(viewer->text().contains(U("処理内容： 組織単位の本番追加")));
     EXPECT_TRUE(viewer->text().contains(U("処理警告数： 3")));
-}
-
-// "Never show again" skips the login only while a connection stands: the first run of a
-// process still asks.
-TEST_F(RunWindowTest, NeverShowAgainStillAsksWhileNotConnected) {
-    WriteCsv(2);
-    UseEngine(std::chrono::milliseconds(0));
-    gSession.Connected = false;
-    int logins = 0;
-    ModalPlayer player;
-    player.onModal = [&](QWidget* modal) {
-        if (!qobject_cast<shell::frmLogin*>(modal)) return false;
-        ++logins;
-        return Click(modal, "cmdCancel");
-    };
-    PressStart();
-    EXPECT_EQ(logins, 1);
-    EXPECT_TRUE(gSession.LoginCancelled);
-    EXPECT_EQ(rows, 0);
 }
 
 }  // namespace
