@@ -9,6 +9,7 @@
 #include <condition_variable>
 #include <cstdlib>
 #include <mutex>
+#include <new>
 #include <system_error>
 #include <thread>
 #include <vector>
@@ -71,18 +72,40 @@ void OverlayFreeValues(void*, char** values) {
     profile_free_list(values);
 }
 
+// An iteration over the platform's profile. libprofile frees its own iterator when an iteration
+// ends and clears the handle it was given, so the handle lives here, where that is seen.
+struct OverlayIteration {
+    void* handle = nullptr;  // null: nothing (more) to iterate
+};
+
 long OverlayIteratorCreate(void* data, const char* const* names, int flags, void** iterator) {
     const auto* overlay = static_cast<const KdcOverlay*>(data);
-    if (!overlay->platform) return PROF_NO_SECTION;
-    return profile_iterator_create(overlay->platform, names, flags, iterator);
+    auto* iteration = new (std::nothrow) OverlayIteration;
+    if (!iteration) return ENOMEM;
+    if (overlay->platform) {
+        long rc = profile_iterator_create(overlay->platform, names, flags, &iteration->handle);
+        if (rc != 0) {
+            delete iteration;
+            return rc;
+        }
+    }
+    *iterator = iteration;
+    return 0;
 }
 
 long OverlayIterator(void*, void* iterator, char** name, char** value) {
-    return profile_iterator(&iterator, name, value);
+    auto* iteration = static_cast<OverlayIteration*>(iterator);
+    if (!iteration->handle) {
+        *name = *value = nullptr;
+        return 0;
+    }
+    return profile_iterator(&iteration->handle, name, value);
 }
 
 void OverlayIteratorFree(void*, void* iterator) {
-    profile_iterator_free(&iterator);
+    auto* iteration = static_cast<OverlayIteration*>(iterator);
+    profile_iterator_free(&iteration->handle);
+    delete iteration;
 }
 
 void OverlayFreeString(void*, char* text) {
