@@ -25,10 +25,8 @@
 namespace orin::test {
 
 struct EngineCall {
-    ObjectKind kind;
     RowOperation op;
     int32_t line;
-    std::string description;
 };
 
 class DriverTest : public ::testing::Test {
@@ -43,8 +41,7 @@ class DriverTest : public ::testing::Test {
         op.defaultAnswer = MsgAnswer::Yes;
         for (int k = 0; k <= 5; ++k)
             for (RowOperation r = 0; r < kRowOperationCount; ++r)
-                SetRowEngine(static_cast<ObjectKind>(k), r,
-                             CodeEngine(static_cast<ObjectKind>(k), r));
+                SetRowEngine(static_cast<ObjectKind>(k), r, CodeEngine(r));
     }
 
     void TearDown() override {
@@ -58,14 +55,13 @@ class DriverTest : public ::testing::Test {
         gSession.NeverShowAgain = false;
     }
 
-    RowEngine CodeEngine(ObjectKind kind, RowOperation r) {
-        return [this, kind, r](const std::vector<std::string>& cells, int32_t line, int32_t ordinal,
-                               const std::vector<int16_t>&) {
-            const std::string codes = CellOf(cells, "description");
-            calls.push_back({kind, r, line, codes});
+    RowEngine CodeEngine(RowOperation r) {
+        return [this, r](const std::vector<std::string>& cells, int32_t line, int32_t ordinal,
+                         const std::vector<int16_t>&) {
+            calls.push_back({r, line});
             EngineRun(line, ordinal, [&](RowScope&) {
                 if (gRun.blnRowFailed) Raise(ERRNUM_60_000);
-                for (const std::string& code : Split(codes, ';'))
+                for (const std::string& code : Split(CellOf(cells, "description"), ';'))
                     if (!code.empty()) Raise(std::stoi(code));
                 RaiseVerdict();
             });
