@@ -56,18 +56,13 @@ void ExpectReadable(QWidget* window, const char* pictureName) {
                 room = label->contentsRect().width();
                 needed = label->fontMetrics().horizontalAdvance(caption);
             }
-        } else if (auto* check = qobject_cast<QCheckBox*>(w)) {
-            caption = check->text();
-            room = check->width();
-            needed = check->sizeHint().width();
-        } else if (auto* radio = qobject_cast<QRadioButton*>(w)) {
-            caption = radio->text();
-            room = radio->width();
-            needed = radio->sizeHint().width();
         } else if (auto* button = qobject_cast<QAbstractButton*>(w)) {
+            // A check box or radio button needs its indicator as well as its text.
             caption = Plain(button->text());
-            room = button->contentsRect().width();
-            needed = button->fontMetrics().horizontalAdvance(caption) + 6;
+            const bool push = !qobject_cast<QCheckBox*>(w) && !qobject_cast<QRadioButton*>(w);
+            room = push ? button->contentsRect().width() : button->width();
+            needed = push ? button->fontMetrics().horizontalAdvance(caption) + 6
+                          : button->sizeHint().width();
         } else if (auto* group = qobject_cast<QGroupBox*>(w)) {
             caption = group->title();
             room = group->width();

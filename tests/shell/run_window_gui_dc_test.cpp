@@ -105,14 +105,8 @@ TEST_F(DcRunWindowTest, ImitationFromTheWindowLogsInConnectsAndChangesNothing) {
     EXPECT_EQ(status, U("組織単位の模擬追加処理が完了しました。"));
     EXPECT_EQ(success, U("2"));
     EXPECT_EQ(failures, U("1"));
-    ASSERT_EQ(player.boxes.size(), 2u);
-    EXPECT_EQ(player.boxes[1].text,
-              U("組織単位の模擬追加処理に失敗がありました。\nｲﾍﾞﾝﾄﾛｸﾞを開きますか？"));
-
-    const std::string log = FileText(home / "Event.log");
-    EXPECT_NE(log.find("処理内容： 組織単位の模擬追加"), std::string::npos) << log;
-    EXPECT_NE(log.find("4行, 失敗, "), std::string::npos) << log;
-    EXPECT_NE(log.find("処理成功数： 2"), std::string::npos) << log;
+    EXPECT_EQ(player.boxes.size(), 2u);  // the start question and the closing box
+    EXPECT_NE(FileText(home / "Event.log").find("4行, 失敗, "), std::string::npos);
     // An imitation changes nothing in the directory.
     EXPECT_FALSE(Exists("OU=child"));
 }
