@@ -130,16 +130,6 @@ TEST_F(KdcExchange, NoKdcAtAllIsAnErrorOfTheLibraryNotATimeout) {
     EXPECT_EQ(credentials, nullptr);
 }
 
-TEST_F(KdcExchange, NothingIsSentWithoutAPasswordOrAPrincipal) {
-    login.fallbackKdc = "127.0.0.1:1";
-    std::shared_ptr<KerberosCredentials> credentials;
-    EXPECT_EQ(KerberosCredentials::FromPassword(login, "", credentials).code, kKerberosNoPassword);
-    login.principal = {};
-    EXPECT_EQ(KerberosCredentials::FromPassword(login, "secret", credentials).code,
-              kKerberosBadUserName);
-    EXPECT_EQ(credentials, nullptr);
-}
-
 TEST(CliAuthOption, TakesAutoTlsOrKerberosAndSaysSoInTheUsage) {
     test::ScratchFolder home;
     const std::vector<std::string> run = {"run",    "--kind",  "ou",    "--op", "add",
