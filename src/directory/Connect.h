@@ -15,8 +15,8 @@
 //         - Kerberos: a ticket obtained from the password (platform/Kerberos.h: the realm's KDC,
 //           or the DC itself where none is configured or published), then a SASL GSSAPI bind
 //           on port 389 whose security layer signs and seals everything after it. The user name
-//           maps to a principal: "name" -> name@REALM, "DOMAIN\name" -> name@REALM, a UPN as
-//           it is; a distinguished name has none and fails.
+//           maps to a principal (PrincipalForUser): "name" and "DOMAIN\name" -> name@REALM, a
+//           UPN as it is; a distinguished name has none and fails.
 //         - Automatic (the default): TLS; Kerberos when the TLS channel can't be made, the DC
 //           answers on port 389 and it offers no TLS at all (the handshake fails even with the
 //           certificate unchecked). A certificate that fails the check is not such a case: the
