@@ -14,6 +14,7 @@
 #include <string>
 #include <vector>
 
+#include "platform/Strings.h"
 #include "run/RunTestSupport.h"
 
 namespace orin::test {
@@ -51,18 +52,10 @@ inline CliResult RunCli(const std::filesystem::path& home, const std::vector<std
     return result;
 }
 
+// The lines of stdout.
 inline std::vector<std::string> OutLines(const CliResult& result) {
-    std::vector<std::string> lines;
-    std::string line;
-    for (char c : result.out) {
-        if (c == '\n') {
-            lines.push_back(line);
-            line.clear();
-        } else {
-            line += c;
-        }
-    }
-    if (!line.empty()) lines.push_back(line);
+    std::vector<std::string> lines = Split(result.out, '\n');
+    if (lines.back().empty()) lines.pop_back();
     return lines;
 }
 

@@ -55,44 +55,31 @@ TEST_F(CliTest, ABadCommandLineGetsItsReasonAndTheUsage) {
     EXPECT_TRUE(help.out.starts_with("使い方:"));
 }
 
-TEST_F(CliTest, TemplateIsWrittenAndOverwrittenOnlyWithYes) {
-    const std::string out = (home / "ou-add.csv").string();
-    ASSERT_EQ(RunCli(home.path(), {"template", "--kind", "ou", "--op", "add", "--out", out}).status,
-              0);
-    std::vector<std::string> lines;
-    ASSERT_TRUE(platform::ReadAllLines(out, lines));
-    ASSERT_FALSE(lines.empty());
-    EXPECT_TRUE(lines[0].starts_with("!OU-Start,,,OU-End,Mirror,"));
+TEST_F(CliTest, TemplateIsWrittenOverwrittenOnlyWithYesAndItsBoxesGoToStderr) {
+    const std::string out = (home / "t.csv").string();
+    auto templateOf = [&](const std::string& kind, const std::string& op, const std::string& path,
+                          bool yes = false) {
+        std::vector<std::string> args = {"template", "--kind", kind, "--op", op, "--out", path};
+        if (yes) args.push_back("--yes");
+        return RunCli(home.path(), args);
+    };
+    ASSERT_EQ(templateOf("ou", "add", out).status, 0);
+    EXPECT_TRUE(test::ReadLines(out).at(0).starts_with("!OU-Start,,,OU-End,Mirror,"));
 
     // No terminal to ask: the overwrite question is answered No and the file stays.
-    const std::string other = "!kept";
-    platform::WriteLines(out, std::vector<std::string>{other});
-    test::CliResult kept =
-        RunCli(home.path(), {"template", "--kind", "group", "--op", "del", "--out", out});
+    platform::WriteLines(out, std::vector<std::string>{"!kept"});
+    test::CliResult kept = templateOf("group", "del", out);
     EXPECT_EQ(kept.status, 3);
     EXPECT_EQ(kept.err,
-              "ﾃﾝﾌﾟﾚｰﾄﾌｧｲﾙの作成: 同名のCSVﾌｧｲﾙはすでに存在します。\n上書きしますか？"
-              " [y/n] n\n");
-    ASSERT_TRUE(platform::ReadAllLines(out, lines));
-    EXPECT_EQ(lines, std::vector<std::string>{other});
+              "ﾃﾝﾌﾟﾚｰﾄﾌｧｲﾙの作成: 同名のCSVﾌｧｲﾙはすでに存在します。\n上書きしますか？ [y/n] n\n");
+    EXPECT_EQ(test::ReadLines(out), std::vector<std::string>{"!kept"});
+    EXPECT_EQ(templateOf("group", "del", out, true).status, 0);
+    EXPECT_TRUE(test::ReadLines(out).at(0).starts_with("!OU-Start,"));
 
-    EXPECT_EQ(
-        RunCli(home.path(), {"template", "--kind", "group", "--op", "del", "--out", out, "--yes"})
-            .status,
-        0);
-    ASSERT_TRUE(platform::ReadAllLines(out, lines));
-    EXPECT_TRUE(lines[0].starts_with("!OU-Start,"));
-    EXPECT_NE(lines[0], other);
-}
-
-TEST_F(CliTest, TemplateBoxesForAnEmptyNameAndAFailedWrite) {
-    test::CliResult empty =
-        RunCli(home.path(), {"template", "--kind", "user", "--op", "mov", "--out", "  "});
+    test::CliResult empty = templateOf("user", "mov", "  ");
     EXPECT_EQ(empty.status, 3);
     EXPECT_EQ(empty.err, "ﾃﾝﾌﾟﾚｰﾄﾌｧｲﾙの作成: ﾃﾝﾌﾟﾚｰﾄﾌｧｲﾙ名が指定されていません。\n");
-
-    test::CliResult failed = RunCli(home.path(), {"template", "--kind", "computer", "--op", "mdf",
-                                                  "--out", (home / "no" / "t.csv").string()});
+    test::CliResult failed = templateOf("computer", "mdf", (home / "no" / "t.csv").string());
     EXPECT_EQ(failed.status, 1);
     EXPECT_EQ(failed.err,
               "ﾃﾝﾌﾟﾚｰﾄﾌｧｲﾙの作成: ﾌｧｲﾙへの書込みが失敗しました！\nﾌｧｲﾙが使用中かまたは"
