@@ -94,13 +94,9 @@ TEST_F(DirObjectTest, ReadsByTypeAndTheirErrors) {
 }
 
 // Identity in both connection methods.
-class Identity : public DcTest, public ::testing::WithParamInterface<ConnectMethod> {
-  protected:
-    Identity() : DcTest(GetParam()) {}
-};
+using Identity = DcMethodTest;
 
 TEST_P(Identity, ClassNameParentAndPath) {
-    const std::string server = GetParam() == ConnectMethod::Remote ? "orindc.orin.test/" : "";
     const std::string sub = "OU=sub," + ou().Dn();
     struct Case {
         std::string cls, rdn;
@@ -122,8 +118,8 @@ TEST_P(Identity, ClassNameParentAndPath) {
         EXPECT_EQ(o.Class(), c.cls);
         EXPECT_EQ(o.Name(), FirstRdn(c.rdn));
         EXPECT_EQ(o.DN(), dn);
-        EXPECT_EQ(o.ADsPath(), "LDAP://" + server + dn);
-        EXPECT_EQ(o.Parent(), "LDAP://" + server + ParentDn(dn));
+        EXPECT_EQ(o.ADsPath(), "LDAP://" + Server() + dn);
+        EXPECT_EQ(o.Parent(), "LDAP://" + Server() + ParentDn(dn));
     }
     // Paths are not case-sensitive; the object reports the name as the directory holds it.
     DirObject lower;
@@ -142,11 +138,7 @@ TEST_P(Identity, AbsentOrMalformedPathsDoNotBind) {
         EXPECT_FALSE(BindObject(bad, o)) << bad;
 }
 
-INSTANTIATE_TEST_SUITE_P(Methods, Identity,
-                         ::testing::Values(ConnectMethod::Local, ConnectMethod::Remote),
-                         [](const auto& info) {
-                             return info.param == ConnectMethod::Local ? "Local" : "Remote";
-                         });
+INSTANTIATE_TEST_SUITE_P(Methods, Identity, BothMethods(), MethodName);
 
 TEST_F(DirObjectTest, MethodWordDecidesTheServerPart) {
     for (const char* method : {"local", "LOCAL", "Local", "remote", "", "other"}) {

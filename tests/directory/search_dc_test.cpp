@@ -17,9 +17,8 @@ constexpr int kPageSize = 7;
 constexpr int kContacts = 25;  // more than three pages
 constexpr int kUnits = 9;
 
-class Search : public DcTest, public ::testing::WithParamInterface<ConnectMethod> {
+class Search : public DcMethodTest {
   protected:
-    Search() : DcTest(GetParam()) {}
     void SetUp() override {
         DcTest::SetUp();
         if (HasFatalFailure()) return;
@@ -36,9 +35,6 @@ class Search : public DcTest, public ::testing::WithParamInterface<ConnectMethod
                          {{platform::LdapMod::Op::Add, "objectClass", {"organizationalUnit"}}});
             ASSERT_TRUE(s.ok()) << s.message;
         }
-    }
-    std::string Server() const {
-        return GetParam() == ConnectMethod::Remote ? "orindc.orin.test/" : "";
     }
 };
 
@@ -101,11 +97,7 @@ TEST_P(Search, ExecuteSearchReadsEveryPage) {
     EXPECT_EQ(missing.status().code, platform::kLdapNoSuchObject);
 }
 
-INSTANTIATE_TEST_SUITE_P(Methods, Search,
-                         ::testing::Values(ConnectMethod::Local, ConnectMethod::Remote),
-                         [](const auto& info) {
-                             return info.param == ConnectMethod::Local ? "Local" : "Remote";
-                         });
+INSTANTIATE_TEST_SUITE_P(Methods, Search, BothMethods(), MethodName);
 
 }  // namespace
 }  // namespace orin::test

@@ -32,10 +32,8 @@ std::string OwnerOf(const std::string& dn) {
     return sd.substr(owner, 8 + 4 * static_cast<size_t>(bytes[owner + 1]));
 }
 
-class Security : public DcTest, public ::testing::WithParamInterface<ConnectMethod> {
+class Security : public DcMethodTest {
   protected:
-    Security() : DcTest(GetParam()) {}
-
     // Binds as the account over LDAPS: the proof that the password took.
     platform::LdapStatus BindAs(const std::string& account, const std::string& password) {
         platform::LdapOptions options;
@@ -103,11 +101,7 @@ TEST_P(Security, DescriptorReadsAndWritesTheDaclOnly) {
     EXPECT_EQ(again.GetBinary(kSecurityDescriptorAttribute).value_or({}), *after);
 }
 
-INSTANTIATE_TEST_SUITE_P(Methods, Security,
-                         ::testing::Values(ConnectMethod::Local, ConnectMethod::Remote),
-                         [](const auto& info) {
-                             return info.param == ConnectMethod::Local ? "Local" : "Remote";
-                         });
+INSTANTIATE_TEST_SUITE_P(Methods, Security, BothMethods(), MethodName);
 
 }  // namespace
 }  // namespace orin::test

@@ -28,14 +28,11 @@ class HomeFolderTest : public test::DcTest {
     void SetUp() override {
         DcTest::SetUp();
         if (HasFatalFailure()) return;
-        sam_ = "home" + std::to_string(getpid());
-        auto created = gSession.RootObject.Create("user", ou().Relative("CN=Home Owner"));
-        ASSERT_TRUE(created.ok()) << created.status().message;
-        created->Put("sAMAccountName", sam_);
-        ASSERT_TRUE(created->SetInfo().ok());
-        DirObject user;
-        ASSERT_TRUE(BindObject("LDAP://CN=Home Owner," + ou().Dn(), user));
-        userSid_ = ParseSidBytes(*user.GetBinary("objectSid"))->ToString();
+        sam_ = test::UniqueSam("home");
+        DirObject user = ou().Make("user", "CN=Home Owner", {{"sAMAccountName", sam_}});
+        auto sid = ParseSidBytes(user.GetBinary("objectSid").value_or({}));
+        ASSERT_TRUE(sid);
+        userSid_ = sid->ToString();
         folder_ = test::TestDc().homeShare + "\\" + sam_;
     }
 
@@ -83,11 +80,22 @@ void ExpectHomeRights(const std::vector<SmbAce>& dacl, const std::string& userSi
     }
 }
 
-TEST_F(HomeFolderTest, CreateSetRightsAndDeleteOnTheShare) {
+// Both methods, with the logged-on user's Kerberos ticket or the session's password, and a
+// name with blanks and Japanese that must reach the share as it is.
+class HomeFolderMethodTest : public HomeFolderTest,
+                             public ::testing::WithParamInterface<test::ConnectMethod> {
+  protected:
+    HomeFolderMethodTest() : HomeFolderTest(GetParam()) {}
+};
+
+TEST_P(HomeFolderMethodTest, CreateSetRightsAndDeleteOnTheShare) {
+    const std::string name = "山田 太郎 #" + sam_;
+    folder_ = test::TestDc().homeShare + "\\" + name;
     EXPECT_FALSE(FolderExists(folder_));
     HomeFolderStatus created = CreateFolder(folder_);
     ASSERT_TRUE(created.ok) << created.detail;
     EXPECT_TRUE(FolderExists(folder_));
+    EXPECT_TRUE(fs::is_directory(fs::path(test::TestDc().homeSharePath) / name));
     // The share's own entries reached the new folder: Everyone among them.
     ASSERT_NE(Find(Dacl(folder_), "S-1-1-0"), nullptr);
 
@@ -108,13 +116,7 @@ TEST_F(HomeFolderTest, CreateSetRightsAndDeleteOnTheShare) {
     EXPECT_FALSE(DeleteFolder(folder_).ok);
 }
 
-TEST_F(HomeFolderTest, NamesWithBlanksAndJapaneseReachTheShareAsTheyAre) {
-    folder_ = test::TestDc().homeShare + "\\山田 太郎 #1";
-    HomeFolderStatus created = CreateFolder(folder_);
-    ASSERT_TRUE(created.ok) << created.detail;
-    EXPECT_TRUE(fs::is_directory(fs::path(test::TestDc().homeSharePath) / "山田 太郎 #1"));
-    EXPECT_TRUE(SetHomeFolderRights(folder_, sam_).ok);
-}
+INSTANTIATE_TEST_SUITE_P(Methods, HomeFolderMethodTest, test::BothMethods(), test::MethodName);
 
 TEST_F(HomeFolderTest, FailuresComeBackQuicklyAndSayWhy) {
     auto started = std::chrono::steady_clock::now();
@@ -134,11 +136,10 @@ TEST_F(HomeFolderTest, FailuresComeBackQuicklyAndSayWhy) {
     ASSERT_TRUE(CreateFolder(folder_).ok);
     EXPECT_FALSE(SetHomeFolderRights(folder_, "nobody" + std::to_string(getpid())).ok);
     EXPECT_FALSE(SetHomeFolderRights("\\\\" + test::TestDc().fqdn, sam_).ok);
-}
 
-TEST_F(HomeFolderTest, WrongPasswordIsRefused) {
+    // The session's password is the one the share is reached with.
     gSession.Password = "not-the-password";
-    EXPECT_FALSE(CreateFolder(folder_).ok);
+    EXPECT_FALSE(CreateFolder(folder_ + "2").ok);
     EXPECT_FALSE(FolderExists(test::TestDc().homeShare));
     gSession.Password = test::TestDc().adminPassword;
     EXPECT_TRUE(FolderExists(test::TestDc().homeShare));
@@ -163,20 +164,6 @@ TEST_F(HomeFolderTest, LocalPathsUseTheFileSystemAndHaveNoRights) {
     ASSERT_TRUE(DeleteFolder(local).ok);
     EXPECT_FALSE(fs::exists(local));
     fs::remove_all(base);
-}
-
-// The local method goes to the share with the logged-on user's Kerberos ticket.
-class HomeFolderLocalTest : public HomeFolderTest {
-  protected:
-    HomeFolderLocalTest() : HomeFolderTest(test::ConnectMethod::Local) {}
-};
-
-TEST_F(HomeFolderLocalTest, KerberosTicketIsEnough) {
-    ASSERT_TRUE(CreateFolder(folder_).ok);
-    ASSERT_TRUE(SetHomeFolderRights(folder_, sam_).ok);
-    ExpectHomeRights(Dacl(folder_), userSid_);
-    ASSERT_TRUE(DeleteFolder(folder_).ok);
-    EXPECT_FALSE(FolderExists(folder_));
 }
 
 }  // namespace

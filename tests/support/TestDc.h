@@ -48,6 +48,15 @@ const TestDcInfo& TestDc();
 
 enum class ConnectMethod { Local, Remote };
 
+// For tests run under both methods:
+//   INSTANTIATE_TEST_SUITE_P(Methods, MyTest, test::BothMethods(), test::MethodName);
+inline auto BothMethods() {
+    return ::testing::Values(ConnectMethod::Local, ConnectMethod::Remote);
+}
+inline std::string MethodName(const ::testing::TestParamInfo<ConnectMethod>& info) {
+    return info.param == ConnectMethod::Local ? "Local" : "Remote";
+}
+
 // Fills gSession with the test DC's names for the method, without connecting: the remote
 // method goes to orindc.orin.test with Administrator's password and the DC's CA file; the local
 // method sets KRB5_CONFIG and KRB5CCNAME to the DC's ticket cache.
@@ -113,6 +122,16 @@ class DcTest : public ::testing::Test {
   private:
     ConnectMethod method_;
     std::optional<ScopedOu> ou_;
+};
+
+// A DcTest run once with each method (see BothMethods).
+class DcMethodTest : public DcTest, public ::testing::WithParamInterface<ConnectMethod> {
+  protected:
+    DcMethodTest() : DcTest(GetParam()) {}
+    // The server part of the paths that objects bound under the method report.
+    static std::string Server() {
+        return GetParam() == ConnectMethod::Remote ? "orindc.orin.test/" : "";
+    }
 };
 
 }  // namespace orin::test
