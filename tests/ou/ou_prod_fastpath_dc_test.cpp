@@ -98,10 +98,7 @@ TEST_F(OUFastPathTest, ARowCostsOneWriteInsteadOfOneAProperty) {
     // Modify: the bind that finds the OU and one modify, against the bind and seven writes.
     EXPECT_LE(mdf[0], 2);
     EXPECT_GE(mdf[1], 8);
-    EXPECT_EQ(PropsOf("fast,new"), PropsOf("exact,new"));
-    EXPECT_EQ(PropsOf("fast"), PropsOf("exact"));
-    EXPECT_EQ(Attr("fast,new", "street"), "1-1\r\n2F");
-    EXPECT_EQ(Attr("fast", "managedBy"), "");
+    // What the rows leave is checked both ways by the add and modify tests.
 }
 
 TEST_F(OUFastPathTest, AnAttributeTheAccountMayNotWriteEndsTheRowAsTheExactWayDoes) {
