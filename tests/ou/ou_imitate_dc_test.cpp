@@ -47,7 +47,7 @@ TEST_F(OUImitate, AddFindsTheManagerAsTheAddWould) {
     EXPECT_TRUE(Runs(kImitateAdd, "1/0/1", "!OU-Start,,OU-End,Mirror,MgrOU-Start,,MgrOU-End,MgrRDN",
                      {{"{T},m1,,,{T},,,boss"}, {"{T},m3,,,{T},,,ghost", kFail, {kNoManager}}}));
     EXPECT_TRUE(Runs(kImitateAdd, "0/0/1", "!OU-Start,,OU-End,Mirror,MgrRDN",
-                     {{"{T},m6,,,boss", kFail, {kNoManagerSpan}}}));
+                     {{"{T},m6,,,boss", kFail, {NoSpan("MgrOU")}}}));
 }
 
 TEST_F(OUImitate, AddChecksTheHeaderAndTheMirrorCellFirst) {
@@ -56,8 +56,8 @@ TEST_F(OUImitate, AddChecksTheHeaderAndTheMirrorCellFirst) {
                       {",,,,"},                                   // a row of commas is skipped
                       {" ,  ,,no,", kFail, {kNoPath}},
                       {"{T},r,,,sure", kFail, {Invalid("RemDefaultACL")}}}));
-    EXPECT_TRUE(
-        Runs(kImitateAdd, "0/0/1", "!OU-End,Mirror,OU-Start", {{"{T},,a", kFail, {kReversed}}}));
+    EXPECT_TRUE(Runs(kImitateAdd, "0/0/1", "!OU-End,Mirror,OU-Start",
+                     {{"{T},,a", kFail, {Reversed("OU")}}}));
 }
 
 TEST_F(OUImitate, DeleteChecksAndWarnsOfChildren) {
@@ -89,7 +89,7 @@ TEST_F(OUImitate, MoveChecksTargetAndSource) {
                       {"{T},src,,,{T},dest,,src2"}}));
     EXPECT_EQ(Existing({"src", "dest,src"}), "src");
     EXPECT_TRUE(Runs(kImitateMov, "0/0/1", "!OU-Start,,OU-End,Mirror,NewRDN",
-                     {{"{T},src,,,x", kFail, {kNoTargetSpan}}}));
+                     {{"{T},src,,,x", kFail, {NoSpan("NewOU")}}}));
 }
 
 TEST_F(OUImitate, ModifyRowsSeeTheRenamesOfEarlierOnes) {

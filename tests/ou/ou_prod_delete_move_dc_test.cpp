@@ -111,10 +111,9 @@ TEST_F(OUDeleteMoveTest, RefusedMoves) {
     EXPECT_EQ(Existing({"a", "b,inner", "inner"}), "a b,inner inner");
 
     EXPECT_TRUE(Runs(kMov, "0/0/1", "!OU-Start,OU-End,NewOU-Start,Mirror",
-                     {{"{T},a", kFail, {kNoTargetSpan}}}));
-    EXPECT_TRUE(
-        Runs(kMov, "0/0/1", "!OU-Start,OU-End,NewOU-End,NewOU-Start,Mirror",
-             {{"{T},a", kFail, {"ﾍｯﾀﾞ列[NewOU-Start]と[NewOU-End]の並び順が逆になっています。"}}}));
+                     {{"{T},a", kFail, {NoSpan("NewOU")}}}));
+    EXPECT_TRUE(Runs(kMov, "0/0/1", "!OU-Start,OU-End,NewOU-End,NewOU-Start,Mirror",
+                     {{"{T},a", kFail, {Reversed("NewOU")}}}));
 }
 
 TEST_F(OUDeleteMoveTest, AnEmptyTargetIsTheDomainRoot) {

@@ -63,6 +63,14 @@ struct Row {
 inline std::string Invalid(std::string_view column) {
     return "ﾍｯﾀﾞ列[" + std::string(column) + "]に無効なﾃﾞｰﾀが入力されました。";
 }
+// A span ("OU", "MgrOU", "NewOU") whose Start or End column is missing, or in reverse order.
+inline std::string NoSpan(const std::string& span) {
+    return "ﾍｯﾀﾞ列[" + span + "-Start]と[" + span +
+           "-End]の片方または両方が存在しません。両方のﾍｯﾀﾞ列を定義してください。";
+}
+inline std::string Reversed(const std::string& span) {
+    return "ﾍｯﾀﾞ列[" + span + "-Start]と[" + span + "-End]の並び順が逆になっています。";
+}
 inline std::string AceNotFound(std::string_view account) {
     return "指定のACE「" + std::string(account) +
            "」がｵﾌﾞｼﾞｪｸﾄのACLから見つからないため削除処理をｽｷｯﾌﾟしました｡ ";
@@ -81,19 +89,12 @@ inline const std::string kNoPath = "OUのﾊﾟｽが指定されていません
 inline const std::string kNoObject = "ｵﾌﾞｼﾞｪｸﾄが存在しないか、ﾊﾟｽが間違っています。";
 inline const std::string kNoParent = "OUの親OUが存在しないか、ﾊﾟｽが間違っています。";
 inline const std::string kOUExists = "追加対象OUがすでに追加先のｺﾝﾃﾅに存在します。";
-inline const std::string kReversed = "ﾍｯﾀﾞ列[OU-Start]と[OU-End]の並び順が逆になっています。";
 inline const std::string kNoManager = "管理者が所在ｺﾝﾃﾅに存在しません。";
 inline const std::string kNoManagerContainer =
     "ｵﾌﾞｼﾞｪｸﾄのﾌﾟﾛﾊﾟﾃｨ[管理者]の設定が失敗しました。管理者の所在OU（またはﾃﾞﾌｫﾙﾄｺﾝﾃﾅ）が"
     "存在しないか、ﾊﾟｽが間違っています。";
 inline const std::string kManagerNotUser =
     "管理者として設定不可能なﾕｰｻﾞｰ以外のｵﾌﾞｼﾞｪｸﾄが指定されています。";
-inline const std::string kNoManagerSpan =
-    "ﾍｯﾀﾞ列[MgrOU-Start]と[MgrOU-End]の片方または両方が存在しません。両方のﾍｯﾀﾞ列を定義して"
-    "ください。";
-inline const std::string kNoTargetSpan =
-    "ﾍｯﾀﾞ列[NewOU-Start]と[NewOU-End]の片方または両方が存在しません。両方のﾍｯﾀﾞ列を定義して"
-    "ください。";
 inline const std::string kNoIfDelSubObj =
     "ﾍｯﾀﾞ列[IfDelSubObj]は存在しません。ﾍｯﾀﾞを定義してください。";
 inline const std::string kHasChildren =
