@@ -5,12 +5,13 @@
 
 #include <filesystem>
 #include <fstream>
-#include <initializer_list>
+#include <new>
 #include <string>
 #include <vector>
 
 #include "platform/Cp932.h"
 #include "platform/TextFile.h"
+#include "run/Messages.h"
 #include "run/RunContext.h"
 #include "run/Trace.h"
 
@@ -37,39 +38,20 @@ class ScratchFolder {
     std::filesystem::path path_;
 };
 
-// The state a driver leaves before its loop starts, with the log in `folder`.
+// The state a driver leaves before its loop starts, with the log in `folder`: a run record
+// as new (RunContext holds atomics, so it is made again in place rather than assigned).
 inline void ResetRun(const std::filesystem::path& folder) {
-    gRun.strCsvPath.clear();
+    gRun.~RunContext();
+    new (&gRun) RunContext();
     gRun.strEventLogPath = (folder / "Event.log").string();
-    gRun.blnImitate = gRun.blnCompare = gRun.blnDBMode = false;
-    gRun.ColumnNames.clear();
-    gRun.ColumnIndex.clear();
-    gRun.MirrorFlags.clear();
-    gRun.lngDataRowCnt = 0;
-    gRun.lngObjectCnt = gRun.lngSuccessCnt = gRun.lngFailureCnt = gRun.lngWarningCnt = 0;
-    gRun.lngMatchCnt = gRun.lngDiffCnt = gRun.lngHoldingCnt = gRun.lngCancelLine = 0;
-    gRun.sngStartTime = gRun.sngEndTime = 0;
-    gRun.blnRowFailed = gRun.blnRowWarned = gRun.blnRowDiffered = false;
-    gRun.blnRowCreatedObject = gRun.blnMirrorGroupCreated = gRun.blnUserHomeSet = false;
-    gRun.lngLastCreatedLine = 0;
-    gRun.MsgArg1.clear();
-    gRun.MsgArg2.clear();
-    gRun.AceArg.clear();
-    gRun.strPubLDAPName.clear();
-    gRun.bytEndOfObjData = 0;
-    gRun.blnHolding = gRun.blnAlreadyHeld = gRun.blnObjCreated = false;
-    gRun.BulkKind = ObjectKind::OU;
-    gRun.lngObjectTotal = gRun.lngSuccessTotal = gRun.lngWarningTotal = gRun.lngFailureTotal = 0;
-    gRun.intCancel = 0;
-    gRun.blnShowElapsedTime = false;
     TraceMode = 0;
     TraceFilePath = folder / "Debug_test.log";
 }
 
 // Mirror flags per ordinal, as ReadMirrorFlags would leave them: {"N", "Y", "Y"}.
-inline void SetMirrorFlags(std::initializer_list<const char*> flags) {
+inline void SetMirrorFlags(const std::vector<std::string>& flags) {
     gRun.MirrorFlags.assign(1, "");
-    for (const char* f : flags) gRun.MirrorFlags.emplace_back(f);
+    gRun.MirrorFlags.insert(gRun.MirrorFlags.end(), flags.begin(), flags.end());
     gRun.lngDataRowCnt = static_cast<int32_t>(flags.size());
 }
 
@@ -90,6 +72,12 @@ inline std::vector<std::string> ReadLines(const std::filesystem::path& p) {
     std::vector<std::string> lines;
     platform::ReadAllLines(p, lines);
     return lines;
+}
+
+// The line a row event writes, continuations included: "<line>行, <class>, " and the message of
+// `code` with the run's arguments in place.
+inline std::string RowEvent(int32_t line, const std::string& cls, int32_t code) {
+    return std::to_string(line) + "行, " + cls + ", " + MessageText(code).value_or("?");
 }
 
 // Writes a CSV file (CP932, CR LF) from UTF-8 lines.

@@ -15,6 +15,9 @@ using test::DiskBytes;
 using test::ReadBytes;
 using test::ReadLines;
 
+const std::string kStars(50, '*');
+const std::string kDashes(50, '-');
+
 class EventLogTest : public ::testing::Test {
   protected:
     void SetUp() override { test::ResetRun(folder.path()); }
@@ -24,24 +27,18 @@ class EventLogTest : public ::testing::Test {
     test::ScriptedOperator screen;
 };
 
-std::tm Now() {
-    std::time_t t = std::time(nullptr);
+std::string Stamp(const char* format, std::time_t t) {
     std::tm tm{};
     localtime_r(&t, &tm);
-    return tm;
-}
-
-std::string Stamp(const char* format, const std::tm& tm) {
     char buffer[32];
     std::strftime(buffer, sizeof buffer, format, &tm);
     return buffer;
 }
 
-TEST_F(EventLogTest, HeaderBlockIsCp932WithCrLf) {
-    const std::tm before = Now();
+TEST_F(EventLogTest, HeaderBlocksOfACsvRunAGapCodeAndABulkRun) {
+    const std::time_t before = std::time(nullptr);
     ASSERT_TRUE(WriteLogHeader(Log(), "C:\\data\\ou.csv", 10));
-    const std::tm after = Now();
-
+    const std::time_t after = std::time(nullptr);
     std::vector<std::string> lines = ReadLines(Log());
     ASSERT_EQ(lines.size(), 7u);
     // The date and time are those of the call.
@@ -49,51 +46,40 @@ TEST_F(EventLogTest, HeaderBlockIsCp932WithCrLf) {
                 lines[3] == "日付： " + Stamp("%Y/%m/%d", after));
     EXPECT_TRUE(lines[4] == "時刻： " + Stamp("%H:%M:%S", before) ||
                 lines[4] == "時刻： " + Stamp("%H:%M:%S", after));
-    const std::string stars(50, '*');
-    EXPECT_EQ(ReadBytes(Log()), DiskBytes({"", stars, "処理内容： 組織単位の本番追加", lines[3],
-                                           lines[4], "CSVﾌｧｲﾙﾊﾟｽ： C:\\data\\ou.csv", stars}));
-    // Half-width katakana are single bytes on disk: "CSVﾌｧｲﾙﾊﾟｽ" is 3 + 7 bytes.
-    EXPECT_NE(ReadBytes(Log()).find("CSV\xCC\xA7\xB2\xD9\xCA\xDF\xBD\x81\x46 C:"),
-              std::string::npos);
-    EXPECT_EQ(ReadBytes(Log()).substr(0, 4), "\r\n**");
-    EXPECT_TRUE(screen.boxes.empty());
-}
+    EXPECT_EQ(ReadBytes(Log()), DiskBytes({"", kStars, "処理内容： 組織単位の本番追加", lines[3],
+                                           lines[4], "CSVﾌｧｲﾙﾊﾟｽ： C:\\data\\ou.csv", kStars}));
 
-TEST_F(EventLogTest, HeaderOfAGapCodeAndOfABulkRun) {
+    // A second block is appended; a code without a title leaves the title empty.
     ASSERT_TRUE(WriteLogHeader(Log(), "a.csv", 19));
     gRun.blnDBMode = true;
     ASSERT_TRUE(WriteLogHeader(Log(), "/srv/domain.mdb", 1));
-    std::vector<std::string> lines = ReadLines(Log());
-    ASSERT_EQ(lines.size(), 14u);
-    EXPECT_EQ(lines[2], "処理内容： ");
-    EXPECT_EQ(lines[9], "処理内容： 一括ｲﾝﾎﾟｰﾄ");
-    EXPECT_EQ(lines[12], "ﾃﾞｰﾀﾍﾞｰｽﾌｧｲﾙﾊﾟｽ： /srv/domain.mdb");
+    lines = ReadLines(Log());
+    ASSERT_EQ(lines.size(), 21u);
+    EXPECT_EQ(lines[7], "");
+    EXPECT_EQ(lines[9], "処理内容： ");
+    EXPECT_EQ(lines[16], "処理内容： 一括ｲﾝﾎﾟｰﾄ");
+    EXPECT_EQ(lines[19], "ﾃﾞｰﾀﾍﾞｰｽﾌｧｲﾙﾊﾟｽ： /srv/domain.mdb");
+    EXPECT_TRUE(screen.boxes.empty());
 }
 
-TEST_F(EventLogTest, RowLinesOfACsvRun) {
+TEST_F(EventLogTest, RowLinesOfACsvRunAndOfABulkRun) {
+    // Nothing in a line is escaped; a message's continuation stays CR LF TAB.
     ASSERT_TRUE(WriteRowEvent(Log(), 12, EventClass::Failure, "ｵﾌﾞｼﾞｪｸﾄが存在しません。"));
     ASSERT_TRUE(WriteRowEvent(Log(), 3, EventClass::Warning, "50% done, %1 kept"));
     ASSERT_TRUE(WriteRowEvent(Log(), 7, EventClass::Difference, "一\r\n\t二"));
-    EXPECT_EQ(ReadBytes(Log()),
-              DiskBytes({"12行, 失敗, ｵﾌﾞｼﾞｪｸﾄが存在しません。", "3行, 警告, 50% done, %1 kept",
-                         "7行, 相違, 一", "\t二"}));
-    // "失敗" in CP932, and the continuation exactly as CR LF TAB.
-    const std::string bytes = ReadBytes(Log());
-    EXPECT_EQ(bytes.substr(0, 12), "12\x8d\x73, \x8e\xb8\x94\x73, ");
-    EXPECT_NE(bytes.find("\x88\xea\r\n\t\x93\xf1\r\n"), std::string::npos);
-}
-
-TEST_F(EventLogTest, RowLinesOfABulkRunNameTheKindAndPath) {
+    // A bulk run names the kind and the object's path instead of a line.
     gRun.blnDBMode = true;
     gRun.BulkKind = ObjectKind::Group;
     gRun.strPubLDAPName = "LDAP://CN=g1,OU=a,DC=example,DC=test";
     ASSERT_TRUE(WriteRowEvent(Log(), 99, EventClass::Warning, "msg"));
     gRun.BulkKind = ObjectKind::OU;
     ASSERT_TRUE(WriteRowEvent(Log(), 0, EventClass::Failure, "m2"));
-    EXPECT_EQ(ReadLines(Log()),
-              (std::vector<std::string>{
-                  "警告, 種別: ｸﾞﾙｰﾌﾟ, LDAP名: \"LDAP://CN=g1,OU=a,DC=example,DC=test\", msg",
-                  "失敗, 種別: 組織単位, LDAP名: \"LDAP://CN=g1,OU=a,DC=example,DC=test\", m2"}));
+    EXPECT_EQ(
+        ReadBytes(Log()),
+        DiskBytes({"12行, 失敗, ｵﾌﾞｼﾞｪｸﾄが存在しません。", "3行, 警告, 50% done, %1 kept",
+                   "7行, 相違, 一\r\n\t二",
+                   "警告, 種別: ｸﾞﾙｰﾌﾟ, LDAP名: \"LDAP://CN=g1,OU=a,DC=example,DC=test\", msg",
+                   "失敗, 種別: 組織単位, LDAP名: \"LDAP://CN=g1,OU=a,DC=example,DC=test\", m2"}));
 }
 
 TEST_F(EventLogTest, SummaryOfAProductionRun) {
@@ -103,7 +89,7 @@ TEST_F(EventLogTest, SummaryOfAProductionRun) {
     ASSERT_TRUE(WriteLogSummary(Log(), SummaryKind::RowLoop, 7));
     EXPECT_EQ(ReadBytes(Log()),
               DiskBytes({"ｵﾌﾞｼﾞｪｸﾄ総数： 7", "処理完了数： 6", "処理成功数： 3", "処理警告数： 2",
-                         "処理失敗数： 1", "ｷｬﾝｾﾙによる中断の有無： 無", std::string(50, '-')}));
+                         "処理失敗数： 1", "ｷｬﾝｾﾙによる中断の有無： 無", kDashes}));
 }
 
 TEST_F(EventLogTest, SummaryOfACancelledCompareRunWithElapsedTime) {
@@ -122,7 +108,7 @@ TEST_F(EventLogTest, SummaryOfACancelledCompareRunWithElapsedTime) {
               (std::vector<std::string>{"ｵﾌﾞｼﾞｪｸﾄ総数： 20", "処理完了数： 10", "一致数： 4",
                                         "相違数： 5", "失敗数： 1", "経過時間： 1時間1分1秒",
                                         "ｷｬﾝｾﾙによる中断の有無： 有", "ｷｬﾝｾﾙ時の処理済最終行： 42",
-                                        std::string(50, '-')}));
+                                        kDashes}));
 }
 
 TEST_F(EventLogTest, CancelledExportHasNoLastLineAndZeroCountersStillShowTheTotal) {
@@ -132,21 +118,7 @@ TEST_F(EventLogTest, CancelledExportHasNoLastLineAndZeroCountersStillShowTheTota
     EXPECT_EQ(ReadLines(Log()),
               (std::vector<std::string>{"ｵﾌﾞｼﾞｪｸﾄ総数： 9", "処理完了数： 0", "処理成功数： 0",
                                         "処理警告数： 0", "処理失敗数： 0",
-                                        "ｷｬﾝｾﾙによる中断の有無： 有", std::string(50, '-')}));
-}
-
-TEST_F(EventLogTest, TwoRunsAppendTwoBlocks) {
-    for (int run = 0; run < 2; ++run) {
-        WriteLogHeader(Log(), "x.csv", 11);
-        WriteLogSummary(Log(), SummaryKind::RowLoop, 0);
-    }
-    std::vector<std::string> lines = ReadLines(Log());
-    ASSERT_EQ(lines.size(), 2u * (7 + 7));
-    for (size_t start : {0u, 14u}) {
-        EXPECT_EQ(lines[start], "");
-        EXPECT_EQ(lines[start + 2], "処理内容： 組織単位の本番削除");
-        EXPECT_EQ(lines[start + 13], std::string(50, '-'));
-    }
+                                        "ｷｬﾝｾﾙによる中断の有無： 有", kDashes}));
 }
 
 TEST_F(EventLogTest, AnUnwritableLogTellsOnlyAtTheHeader) {
@@ -168,7 +140,6 @@ TEST(FormatElapsed, LeavesOutZeroPartsAndNeverOverflows) {
     EXPECT_EQ(FormatElapsed(0), "");
     EXPECT_EQ(FormatElapsed(59), "59秒");
     EXPECT_EQ(FormatElapsed(60), "1分");
-    EXPECT_EQ(FormatElapsed(3600), "1時間");
     EXPECT_EQ(FormatElapsed(3605), "1時間5秒");
     EXPECT_EQ(FormatElapsed(32767), "9時間6分7秒");
     EXPECT_EQ(FormatElapsed(-5), "");
@@ -223,7 +194,6 @@ TEST_F(ShowRunResultTest, FollowsTheDecisionTable) {
 
 TEST_F(ShowRunResultTest, CleanRunsShowNothingAndYesOpensTheLog) {
     gRun.lngSuccessCnt = 5;
-    gRun.lngWarningCnt = 0;
     EXPECT_EQ(Show(false, 0, 0), nullptr);
     // Warnings don't count in a compare run, differences don't in a production run.
     gRun.lngWarningCnt = 4;
@@ -234,8 +204,7 @@ TEST_F(ShowRunResultTest, CleanRunsShowNothingAndYesOpensTheLog) {
 
     screen.QueueAnswers({MsgAnswer::Yes});
     ASSERT_NE(Show(false, 1, 0), nullptr);
-    ASSERT_EQ(screen.openedLogs.size(), 1u);
-    EXPECT_EQ(screen.openedLogs[0], gRun.strEventLogPath);
+    EXPECT_EQ(screen.openedLogs, (std::vector<std::string>{gRun.strEventLogPath}));
 }
 
 TEST_F(ShowRunResultTest, BulkRunsUseTheTotals) {

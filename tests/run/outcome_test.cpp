@@ -13,6 +13,8 @@
 namespace orin {
 namespace {
 
+using test::RowEvent;
+
 // Two sample engines written the way every engine is: straight steps inside EngineRun. The
 // cells are: Mirror, name, then the codes to raise one after another. A code written "!1310"
 // is a failure after the object was made (blnRowCreatedObject is set first).
@@ -34,20 +36,15 @@ void RaiseCells(const std::vector<std::string>& cells) {
 
 void SampleAdd(const std::vector<std::string>& cells, int32_t line, int32_t ordinal) {
     EngineRun(line, ordinal, [&](RowScope& row) {
-        const std::string mirror = ToUpperAscii(CellAt(cells, 0));
-        if (mirror != "YES" && mirror != "NO" && !mirror.empty()) Raise(1031);
         if (gRun.blnRowFailed) Raise(ERRNUM_60_000);
-        const bool isMirrorRow = mirror == "YES";
         const std::string name = CellAt(cells, 1);
-        if (!isMirrorRow) journal.push_back("create " + name);
+        if (ToUpperAscii(CellAt(cells, 0)) != "YES") journal.push_back("create " + name);
+        // The cleanup runs inside the failing Raise: the engine's locals are still there.
         row.OnFailure([&] {
-            if (!gRun.blnRowCreatedObject) return;
-            if (!isMirrorRow) journal.push_back("delete " + name);
-            if (gRun.blnMirrorGroupCreated) journal.push_back("delete group of " + name);
+            if (gRun.blnRowCreatedObject) journal.push_back("delete " + name);
             gRun.blnRowCreatedObject = false;
         });
         RaiseCells(cells);
-        if (!gRun.blnRowWarned && !isMirrorRow) gRun.blnMirrorGroupCreated = true;
         RaiseVerdict();
     });
 }
@@ -66,21 +63,10 @@ class OutcomeTest : public ::testing::Test {
         test::ResetRun(folder.path());
         journal.clear();
     }
-    // Runs rows through an engine with the physical line numbers 10, 11, ...
-    void Rows(void (*engine)(const std::vector<std::string>&, int32_t, int32_t),
-              const std::vector<std::string>& rows) {
-        for (size_t i = 0; i < rows.size(); ++i) {
-            engine(SplitCells(rows[i]), static_cast<int32_t>(10 + i), static_cast<int32_t>(i + 1));
-            counts.push_back({gRun.lngSuccessCnt, gRun.lngWarningCnt, gRun.lngFailureCnt,
-                              gRun.lngMatchCnt, gRun.lngDiffCnt});
-        }
-    }
     std::vector<std::string> Log() const { return test::ReadLines(gRun.strEventLogPath); }
 
     test::ScratchFolder folder;
     test::ScriptedOperator screen;
-    // After each row: success, warning, failure, match, difference.
-    std::vector<std::vector<int32_t>> counts;
 };
 
 TEST(BandOf, SortsCodesByFamily) {
@@ -108,127 +94,98 @@ TEST(BandOf, SortsCodesByFamily) {
     }
 }
 
-TEST_F(OutcomeTest, AThreeRowObjectFailingOnItsFirstRowCountsOnceAtTheEnd) {
-    TraceMode = 1;
-    test::SetMirrorFlags({"N", "Y", "Y", "N"});
-    Rows(SampleAdd, {"NO,a,!1310", "YES,a,10300", "YES,a", "NO,b"});
-    EXPECT_EQ(
-        Log(),
-        (std::vector<std::string>{"10行, 失敗, ｵﾌﾞｼﾞｪｸﾄのﾌﾟﾛﾊﾟﾃｨ[国/地域]の設定が失敗しました。"}));
-    // The failed row cleaned up after itself; the two Mirror rows did no work.
-    EXPECT_EQ(journal,
-              (std::vector<std::string>{"create a", "raise 1310", "delete a", "create b"}));
-    EXPECT_EQ(counts[0][2], 0);
-    EXPECT_EQ(counts[1][2], 0);
-    EXPECT_EQ(counts[2][2], 1);
-    EXPECT_EQ(counts[3], (std::vector<int32_t>{1, 0, 1, 0, 0}));
-    EXPECT_FALSE(gRun.blnRowFailed);
-    const std::vector<std::string> trace = test::ReadLines(TraceFilePath);
-    ASSERT_EQ(trace.size(), 2u);
-    EXPECT_TRUE(trace[0].ends_with("【Sub: HandleImportFailure】Enter"));
-    EXPECT_TRUE(trace[1].ends_with("【Sub: HandleImportFailure】Exit"));
-}
-
-TEST_F(OutcomeTest, AWarningOnAMiddleRowMakesTheObjectAWarning) {
-    test::SetMirrorFlags({"N", "Y", "Y"});
-    Rows(SampleAdd, {"NO,a", "YES,a,10050", "YES,a"});
-    EXPECT_EQ(Log().size(), 1u);
-    EXPECT_EQ(
-        Log()[0],
-        "11行, 警告, OU配下にｵﾌﾞｼﾞｪｸﾄが存在するため、ﾍｯﾀﾞの定義に従い削除処理を中止しました。");
-    // A warning goes on with the next statement.
-    EXPECT_EQ(journal, (std::vector<std::string>{"create a", "raise 10050", "after 10050"}));
-    EXPECT_EQ(counts[1], (std::vector<int32_t>{0, 0, 0, 0, 0}));
-    EXPECT_EQ(counts[2], (std::vector<int32_t>{0, 1, 0, 0, 0}));
-    EXPECT_FALSE(gRun.blnRowWarned);
-}
-
-TEST_F(OutcomeTest, AWarningThenAFailureCountsOnlyTheFailure) {
-    test::SetMirrorFlags({"N", "N"});
-    Rows(SampleAdd, {"NO,a,10300,!1315,10301", "NO,b"});
-    EXPECT_EQ(Log().size(), 2u);
-    EXPECT_TRUE(Log()[0].starts_with("10行, 警告, 無期限ﾊﾟｽﾜｰﾄﾞ"));
-    EXPECT_TRUE(Log()[1].starts_with("10行, 失敗, ｵﾌﾞｼﾞｪｸﾄのﾌﾟﾛﾊﾟﾃｨ[郵便番号]"));
-    EXPECT_EQ(journal, (std::vector<std::string>{"create a", "raise 10300", "after 10300",
-                                                 "raise 1315", "delete a", "create b"}));
-    EXPECT_EQ(counts[0], (std::vector<int32_t>{0, 0, 1, 0, 0}));
-    // The failure cleared the warning: the next object is a plain success.
-    EXPECT_EQ(counts[1], (std::vector<int32_t>{1, 0, 1, 0, 0}));
-}
-
-TEST_F(OutcomeTest, UnknownCodesWriteNothingButStillDecide) {
-    test::SetMirrorFlags({"N", "N"});
-    Rows(SampleAdd, {"NO,a,10002", "NO,b,1002"});
-    EXPECT_TRUE(Log().empty());
-    EXPECT_EQ(counts[0], (std::vector<int32_t>{0, 1, 0, 0, 0}));  // warning without a line
-    EXPECT_EQ(counts[1], (std::vector<int32_t>{0, 1, 1, 0, 0}));  // failure without a line
-}
-
-TEST_F(OutcomeTest, TheLastDataRowEndsItsObjectWhateverItsFlag) {
-    test::SetMirrorFlags({"N", "Y"});
-    Rows(SampleAdd, {"NO,a", "YES,a"});
-    EXPECT_EQ(counts[0][0], 0);
-    EXPECT_EQ(counts[1][0], 1);
-    // An invalid Mirror value fails the row and ends its object.
-    test::ResetRun(folder.path());
-    counts.clear();
-    test::SetMirrorFlags({"?", "N"});
-    Rows(SampleAdd, {"Y,a", "NO,b"});
-    EXPECT_EQ(Log().at(0), "10行, 失敗, ﾍｯﾀﾞ列[Mirror]に無効なﾃﾞｰﾀが入力されました。");
-    EXPECT_EQ(counts[0], (std::vector<int32_t>{0, 0, 1, 0, 0}));
-    EXPECT_EQ(counts[1], (std::vector<int32_t>{1, 0, 1, 0, 0}));
-}
-
-TEST_F(OutcomeTest, MirrorRowFailuresDeleteTheObjectOnlyWhenTheGroupMadeIt) {
-    // The first row made the object: a failing Mirror row takes it away.
-    test::SetMirrorFlags({"N", "Y"});
-    Rows(SampleAdd, {"NO,a", "YES,a,!6006"});
-    EXPECT_EQ(journal, (std::vector<std::string>{"create a", "raise 6006", "delete group of a"}));
-    EXPECT_EQ(counts[1], (std::vector<int32_t>{0, 0, 1, 0, 0}));
-    EXPECT_FALSE(gRun.blnRowCreatedObject);
-
-    // A Mirror row whose group made nothing leaves the directory alone.
-    journal.clear();
-    gRun.blnMirrorGroupCreated = false;
-    test::SetMirrorFlags({"N", "Y"});
-    gRun.lngFailureCnt = 0;
-    SampleAdd(SplitCells("YES,a,!6006"), 11, 2);
-    EXPECT_EQ(journal, (std::vector<std::string>{"raise 6006"}));
-}
-
-TEST_F(OutcomeTest, CompareRunsCountDifferencesAndFailures) {
-    gRun.blnCompare = true;
+// Rows of a CSV run through a sample engine, on the physical lines 10, 11, ..., their Mirror
+// flags read from their first cells: the event log's bytes, what the engine did, and the
+// counters after each row.
+TEST_F(OutcomeTest, RowsOfACsvRun) {
+    using Counts = std::vector<int32_t>;  // success, warning, failure, match, difference
+    struct Case {
+        const char* name;
+        bool compare;
+        std::vector<std::string> rows;
+        std::vector<std::string> log;
+        std::vector<std::string> journal;
+        std::vector<Counts> counts;
+    };
+    const Counts none = {0, 0, 0, 0, 0};
+    // The values a difference shows, in place before the expected lines are built.
     gRun.MsgArg1 = "Tokyo";
     gRun.MsgArg2 = "Osaka";
-    test::SetMirrorFlags({"N", "Y", "N", "N"});
-    Rows(SampleCompare, {"NO,a,20004,20005", "YES,a", "NO,b,1131", "NO,c"});
-    std::vector<std::string> log = Log();
-    ASSERT_EQ(log.size(), 5u);  // the first difference spans three lines
-    EXPECT_EQ(log[0], "10行, 相違, ｵﾌﾞｼﾞｪｸﾄのﾌﾟﾛﾊﾟﾃｨ[都道府県]に相違がありました。");
-    EXPECT_EQ(log[1], "\t【ｲﾝﾎﾟｰﾄﾃﾞｰﾀ内のﾌﾟﾛﾊﾟﾃｨ値】：Tokyo");
-    EXPECT_EQ(log[2], "\t【ｵﾌﾞｼﾞｪｸﾄ実際のﾌﾟﾛﾊﾟﾃｨ値】：Osaka");
-    EXPECT_EQ(log[4], "12行, 失敗, ｵﾌﾞｼﾞｪｸﾄが存在しません。");
-    EXPECT_EQ(counts[0], (std::vector<int32_t>{0, 0, 0, 0, 0}));
-    EXPECT_EQ(counts[1], (std::vector<int32_t>{0, 0, 0, 0, 1}));
-    EXPECT_EQ(counts[2], (std::vector<int32_t>{0, 0, 1, 0, 1}));
-    EXPECT_EQ(counts[3], (std::vector<int32_t>{0, 0, 1, 1, 1}));
-    EXPECT_FALSE(gRun.blnRowDiffered);
+    const Case cases[] = {
+        {"a three-row object failing on its first row counts once, at its end",
+         false,
+         {"NO,a,!1310", "YES,a,10300", "YES,a", "NO,b"},
+         {RowEvent(10, "失敗", 1310)},
+         {"create a", "raise 1310", "delete a", "create b"},
+         {none, none, {0, 0, 1, 0, 0}, {1, 0, 1, 0, 0}}},
+        {"a warning goes on with the next statement and makes the object a warning",
+         false,
+         {"NO,a", "YES,a,10050", "YES,a"},
+         {RowEvent(11, "警告", 10050)},
+         {"create a", "raise 10050", "after 10050"},
+         {none, none, {0, 1, 0, 0, 0}}},
+        {"a failure after a warning counts only the failure, and clears the warning",
+         false,
+         {"NO,a,10300,!1315,10301", "NO,b"},
+         {RowEvent(10, "警告", 10300), RowEvent(10, "失敗", 1315)},
+         {"create a", "raise 10300", "after 10300", "raise 1315", "delete a", "create b"},
+         {{0, 0, 1, 0, 0}, {1, 0, 1, 0, 0}}},
+        {"codes without a message write nothing but still decide",
+         false,
+         {"NO,a,10002", "NO,b,1002"},
+         {},
+         {"create a", "raise 10002", "after 10002", "create b", "raise 1002"},
+         {{0, 1, 0, 0, 0}, {0, 1, 1, 0, 0}}},
+        {"numbers outside the bands end the row silently, without cleanup or count",
+         false,
+         {"NO,a,!9999", "NO,b,!65535"},
+         {},
+         {"create a", "raise 9999", "create b", "raise 65535"},
+         {none, none}},
+        {"a compare run counts differences and failures; a warning code ends its row",
+         true,
+         {"NO,a,20004,20005", "YES,a", "NO,b,1131", "NO,c", "NO,d,10300"},
+         {RowEvent(10, "相違", 20004), RowEvent(10, "相違", 20005), RowEvent(12, "失敗", 1131)},
+         {"raise 20004", "after 20004", "raise 20005", "after 20005", "raise 1131", "raise 10300"},
+         {none, {0, 0, 0, 0, 1}, {0, 0, 1, 0, 1}, {0, 0, 1, 1, 1}, {0, 0, 1, 1, 1}}},
+    };
+    for (const Case& c : cases) {
+        SCOPED_TRACE(c.name);
+        test::ResetRun(folder.path());
+        std::filesystem::remove(gRun.strEventLogPath);
+        journal.clear();
+        gRun.blnCompare = c.compare;
+        gRun.MsgArg1 = "Tokyo";
+        gRun.MsgArg2 = "Osaka";
+        std::vector<std::string> mirrorFlags;
+        for (const std::string& row : c.rows)
+            mirrorFlags.push_back(row.starts_with("YES") ? "Y" : "N");
+        test::SetMirrorFlags(mirrorFlags);
+        std::vector<Counts> counts;
+        for (size_t i = 0; i < c.rows.size(); ++i) {
+            (c.compare ? SampleCompare : SampleAdd)(SplitCells(c.rows[i]), int32_t(10 + i),
+                                                    int32_t(i + 1));
+            counts.push_back({gRun.lngSuccessCnt, gRun.lngWarningCnt, gRun.lngFailureCnt,
+                              gRun.lngMatchCnt, gRun.lngDiffCnt});
+        }
+        EXPECT_EQ(test::ReadBytes(gRun.strEventLogPath), test::DiskBytes(c.log));
+        EXPECT_EQ(journal, c.journal);
+        EXPECT_EQ(counts, c.counts);
+        // The object's flags are cleared when it is counted.
+        EXPECT_FALSE(gRun.blnRowFailed || gRun.blnRowWarned || gRun.blnRowDiffered);
+    }
 }
 
-TEST_F(OutcomeTest, NumbersOutsideTheBandsEndTheRowSilently) {
+TEST_F(OutcomeTest, TheTraceTellsTheFailureHandlerAndSilentEnds) {
     TraceMode = 1;
-    test::SetMirrorFlags({"N", "N", "N"});
-    Rows(SampleAdd, {"NO,a,!9999", "NO,b,!65535"});
-    gRun.blnCompare = true;
-    Rows(SampleCompare, {"NO,c,10300"});  // a warning code in a compare engine
-    EXPECT_TRUE(Log().empty());
-    // Nothing after the raise ran, no cleanup, nothing counted.
-    EXPECT_EQ(journal, (std::vector<std::string>{"create a", "raise 9999", "create b",
-                                                 "raise 65535", "raise 10300"}));
-    for (const auto& c : counts) EXPECT_EQ(c, (std::vector<int32_t>{0, 0, 0, 0, 0}));
-    const std::string trace = test::ReadBytes(TraceFilePath);
-    EXPECT_NE(trace.find("code = 9999"), std::string::npos);
-    EXPECT_NE(trace.find("code = 10300"), std::string::npos);
+    test::SetMirrorFlags({"N", "N"});
+    SampleAdd(SplitCells("NO,a,1310"), 10, 1);
+    SampleAdd(SplitCells("NO,b,9999"), 11, 2);
+    const std::vector<std::string> trace = test::ReadLines(TraceFilePath);
+    ASSERT_EQ(trace.size(), 3u);
+    EXPECT_TRUE(trace[0].ends_with("【Sub: HandleImportFailure】Enter"));
+    EXPECT_TRUE(trace[1].ends_with("【Sub: HandleImportFailure】Exit"));
+    EXPECT_NE(trace[2].find("code = 9999"), std::string::npos);
 }
 
 TEST_F(OutcomeTest, UnexpectedErrorsAndMisplacedRaisesNeverEscape) {

@@ -101,33 +101,17 @@ TEST_F(RowLoopTest, SkipsCommentsHeadersBlankLinesAndRowsOfCommas) {
     EXPECT_EQ(screen.commandCaption, "");  // the driver, not the loop, ends a clean run
 }
 
+// Production: success, failure, warning, with 20000 a warning like 10300. Compare: match,
+// failure, difference, and the warning code ends its row silently.
 TEST_F(RowLoopTest, CountersShownFollowTheMode) {
-    File({"!Name,Mirror,Codes", "a,NO,10300", "b,NO,1131", "c,NO,20000", "d,NO"});
-    Run(ObjectKind::Group, 3);
-    // Success, failure, warning; outside Compare 20000 is a warning like 10300.
-    EXPECT_EQ((std::vector<int32_t>{screen.label6, screen.label7, screen.label8}),
-              (std::vector<int32_t>{1, 1, 2}));
-
-    test::ResetRun(folder.path());
-    File({"!Name,Mirror,Codes", "a,NO,10300", "b,NO,1131", "c,NO,20000", "d,NO"});
-    gRun.blnCompare = true;
-    Run(ObjectKind::Group, 11);
-    // Match, failure, difference; the warning code ended its row silently.
-    EXPECT_EQ((std::vector<int32_t>{screen.label6, screen.label7, screen.label8}),
-              (std::vector<int32_t>{1, 1, 1}));
-}
-
-TEST_F(RowLoopTest, CancelBeforeTheFirstRow) {
-    File({"!Name,Mirror,Codes", "a,NO", "b,NO"});
-    gRun.intCancel = 1;
-    gRun.lngCancelLine = 99;
-    Run(ObjectKind::Computer, 1);
-    EXPECT_TRUE(calls.empty());
-    EXPECT_EQ(screen.yields, 0);
-    EXPECT_EQ(gRun.lngCancelLine, 0);
-    EXPECT_EQ(screen.status, "ｺﾝﾋﾟｭｰﾀの本番削除処理がﾕｰｻﾞｰに中断されました。");
-    EXPECT_TRUE(screen.statusRed);
-    EXPECT_EQ(screen.commandCaption, "OK");
+    for (bool compare : {false, true}) {
+        test::ResetRun(folder.path());
+        gRun.blnCompare = compare;
+        File({"!Name,Mirror,Codes", "a,NO,10300", "b,NO,1131", "c,NO,20000", "d,NO"});
+        Run(ObjectKind::Group, compare ? 11 : 3);
+        EXPECT_EQ((std::vector<int32_t>{screen.label6, screen.label7, screen.label8}),
+                  (std::vector<int32_t>{1, 1, compare ? 1 : 2}));
+    }
 }
 
 TEST_F(RowLoopTest, CancelMidMirrorGroupRollsTheOUBack) {
@@ -145,6 +129,8 @@ TEST_F(RowLoopTest, CancelMidMirrorGroupRollsTheOUBack) {
     EXPECT_EQ(Lines(), (std::vector<int32_t>{3, 4}));
     EXPECT_EQ(gRun.lngCancelLine, 4);
     EXPECT_EQ(screen.status, "組織単位の本番追加処理がﾕｰｻﾞｰに中断されました。");
+    EXPECT_TRUE(screen.statusRed);
+    EXPECT_EQ(screen.commandCaption, "OK");
     // The OU whose ACE rows were cut off goes again, named by the line that made it.
     ASSERT_EQ(rolledBack.size(), 1u);
     EXPECT_EQ(rolledBack[0], (std::vector<std::string>{"a", "YES"}));
