@@ -364,7 +364,7 @@ LdapStatus LdapConnection::StartTls() {
 bool LdapConnection::IsEncrypted() const {
     if (!connected_ || !ld_) return false;
     if (ldap_tls_inplace(ld_)) return true;
-    sasl_ssf_t ssf = 0;
+    ber_len_t ssf = 0;  // libldap writes a ber_len_t here, wider than sasl_ssf_t
     return ldap_get_option(ld_, LDAP_OPT_X_SASL_SSF, &ssf) == LDAP_OPT_SUCCESS && ssf > 1;
 }
 
