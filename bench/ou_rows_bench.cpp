@@ -16,19 +16,19 @@
 #include <string>
 #include <vector>
 
+#include "base/Operator.h"
+#include "base/RunContext.h"
 #include "directory/Bind.h"
 #include "directory/Connect.h"
 #include "directory/DirectorySession.h"
 #include "directory/Paths.h"
-#include "engines/RegisterEngines.h"
 #include "engines/ou/OUFastPath.h"
 #include "engines/ou/OUProduction.h"
 #include "platform/LdapConnection.h"
 #include "platform/TextFile.h"
 #include "run/Drivers.h"
-#include "run/Operator.h"
 #include "run/ProgressWindow.h"
-#include "run/RunContext.h"
+#include "run/RegisterEngines.h"
 
 namespace orin {
 namespace {

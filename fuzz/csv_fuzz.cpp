@@ -13,10 +13,11 @@
 #include <system_error>
 #include <vector>
 
+#include "base/RunContext.h"
 #include "csv/ColumnRegistry.h"
+#include "base/MirrorChain.h"
 #include "csv/CsvReader.h"
 #include "platform/TextFile.h"
-#include "run/RunContext.h"
 
 namespace {
 

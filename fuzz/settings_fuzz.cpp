@@ -12,9 +12,9 @@
 #include <string>
 #include <vector>
 
+#include "base/Operator.h"
 #include "directory/DirectorySession.h"
 #include "platform/TextFile.h"
-#include "run/Operator.h"
 #include "run/OrinIni.h"
 
 namespace fs = std::filesystem;

@@ -6,7 +6,7 @@
 #include <variant>
 #include <vector>
 
-#include "run/Identifiers.h"
+#include "base/Identifiers.h"
 
 namespace orin::cli {
 

@@ -3,18 +3,18 @@
 #include <filesystem>
 #include <iostream>
 
+#include "base/RunContext.h"
+#include "base/Trace.h"
 #include "cli/Interrupt.h"
 #include "cli/LogSummary.h"
 #include "cli/Password.h"
 #include "cli/TerminalOperator.h"
 #include "directory/DirectorySession.h"
-#include "engines/RegisterEngines.h"
 #include "platform/AppFolder.h"
 #include "platform/Strings.h"
 #include "run/Drivers.h"
 #include "run/OrinIni.h"
-#include "run/RunContext.h"
-#include "run/Trace.h"
+#include "run/RegisterEngines.h"
 
 namespace orin::cli {
 namespace {

@@ -5,11 +5,11 @@
 #include <algorithm>
 #include <iostream>
 
+#include "base/RunContext.h"
 #include "cli/Interrupt.h"
 #include "directory/DirectorySession.h"
 #include "directory/Paths.h"
 #include "platform/Strings.h"
-#include "run/RunContext.h"
 
 namespace orin::cli {
 namespace {

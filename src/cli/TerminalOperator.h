@@ -9,7 +9,7 @@
 #include <functional>
 #include <string>
 
-#include "run/Operator.h"
+#include "base/Operator.h"
 
 namespace orin::cli {
 

@@ -1,8 +1,8 @@
 #include "csv/ColumnRegistry.h"
 
+#include "base/RunContext.h"
 #include "csv/CsvReader.h"
 #include "platform/Strings.h"
-#include "run/RunContext.h"
 
 namespace orin {
 namespace {

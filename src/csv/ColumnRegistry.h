@@ -9,7 +9,7 @@
 #include <string_view>
 #include <vector>
 
-#include "run/Identifiers.h"
+#include "base/Identifiers.h"
 
 namespace orin {
 

@@ -2,9 +2,9 @@
 
 #include <system_error>
 
+#include "base/RunContext.h"
 #include "platform/Strings.h"
 #include "platform/TextFile.h"
-#include "run/RunContext.h"
 
 namespace orin {
 namespace {
@@ -32,13 +32,6 @@ bool IsDataRow(std::string_view line, std::vector<std::string>& cells) {
 std::string MirrorCell(const std::vector<std::string>& cells, int mirrorColumn) {
     if (mirrorColumn == kNoColumn || static_cast<size_t>(mirrorColumn) >= cells.size()) return {};
     return ToUpperAscii(Trim(cells[static_cast<size_t>(mirrorColumn)]));
-}
-
-// The flag of an ordinal; "" for an ordinal that has none (out of range, or no flags read).
-std::string_view FlagAt(int64_t ordinal) {
-    const std::vector<std::string>& flags = gRun.MirrorFlags;
-    if (ordinal < 0 || ordinal >= static_cast<int64_t>(flags.size())) return {};
-    return flags[static_cast<size_t>(ordinal)];
 }
 
 }  // namespace
@@ -181,26 +174,6 @@ bool ReadMirrorFlags(const std::filesystem::path& path, std::vector<std::string>
             flags[ordinal] = "?";
     }
     return true;
-}
-
-bool IsObjectEnd(int32_t ordinal) {
-    if (ordinal >= gRun.lngDataRowCnt) return true;
-    std::string_view next = FlagAt(int64_t{ordinal} + 1);
-    return next == "N" || next == "?";
-}
-
-bool IsLastMirrorRow(int32_t ordinal) {
-    if (ordinal >= gRun.lngDataRowCnt) return true;
-    std::string_view self = FlagAt(ordinal);
-    std::string_view next = FlagAt(int64_t{ordinal} + 1);
-    return next == "N" && (self == "Y" || self == "N");
-}
-
-bool ChainEnds(int32_t ordinal) {
-    if (ordinal == gRun.lngDataRowCnt) return true;
-    std::string_view self = FlagAt(ordinal);
-    std::string_view next = FlagAt(int64_t{ordinal} + 1);
-    return (self == "N" || self == "Y") && next == "N";
 }
 
 }  // namespace orin

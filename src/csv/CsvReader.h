@@ -57,13 +57,4 @@ int32_t CountObjects(const std::filesystem::path& path);
 // False when a header line has no Mirror column (then `flags` is emptied).
 bool ReadMirrorFlags(const std::filesystem::path& path, std::vector<std::string>& flags);
 
-// On gRun.MirrorFlags and gRun.lngDataRowCnt.
-// The row ends its object: it is the last data row, or the next row is "N" or "?".
-bool IsObjectEnd(int32_t ordinal);
-// The row is the last of a chain for the modify engines: the last data row, or the next row is
-// "N" and this one "Y" or "N". A "?" on either side gives false.
-bool IsLastMirrorRow(int32_t ordinal);
-// The chain ends here: the last data row, or this row is "N" or "Y" and the next one "N".
-bool ChainEnds(int32_t ordinal);
-
 }  // namespace orin

@@ -10,7 +10,7 @@
 #include <string>
 #include <vector>
 
-#include "run/Identifiers.h"
+#include "base/Identifiers.h"
 
 namespace orin {
 

@@ -8,7 +8,7 @@
 #include <variant>
 #include <vector>
 
-#include "run/Identifiers.h"
+#include "base/Identifiers.h"
 
 namespace orin::templates {
 

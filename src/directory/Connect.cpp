@@ -4,13 +4,13 @@
 #include <cstdlib>
 #include <thread>
 
+#include "base/Operator.h"
+#include "base/Trace.h"
 #include "directory/DirectorySession.h"
 #include "directory/Paths.h"
 #include "platform/Kerberos.h"
 #include "platform/LdapConnection.h"
 #include "platform/Strings.h"
-#include "run/Operator.h"
-#include "run/Trace.h"
 
 namespace orin {
 

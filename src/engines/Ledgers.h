@@ -17,7 +17,7 @@
 #include <string_view>
 #include <vector>
 
-#include "run/Identifiers.h"
+#include "base/Identifiers.h"
 
 namespace orin {
 

@@ -4,16 +4,15 @@
 #include <string>
 #include <vector>
 
+#include "base/Identifiers.h"
+#include "base/Operator.h"
+#include "base/RunContext.h"
 #include "directory/Bind.h"
 #include "directory/DirectorySession.h"
 #include "directory/Paths.h"
 #include "export/ExportScan.h"
 #include "platform/Strings.h"
 #include "platform/TextFile.h"
-#include "run/DriversExportHooks.h"
-#include "run/Identifiers.h"
-#include "run/Operator.h"
-#include "run/RunContext.h"
 
 namespace orin {
 namespace {
@@ -110,11 +109,8 @@ void GetExpInfo_OU() {
                    [] { CollectExportInfo(gSession.RootObject, "organizationalUnit"); });
 }
 
-void RegisterOUExport() {
-    SetExportRoutines(ObjectKind::OU, {GetExpInfo_OU, [](const std::filesystem::path& csvPath) {
-                                           return ExportOU(csvPath, gSession.RootObject,
-                                                           gRun.intOULevel, gRun.intMgrLevel);
-                                       }});
+bool ExportOUOfDomain(const std::filesystem::path& csvPath) {
+    return ExportOU(csvPath, gSession.RootObject, gRun.intOULevel, gRun.intMgrLevel);
 }
 
 }  // namespace orin

@@ -22,8 +22,8 @@ bool ExportOU(const std::filesystem::path& path, DirObject& container, int16_t i
 // "組織単位が存在しません。" box when there is no OU.
 void GetExpInfo_OU();
 
-// Makes the OU export known to the export driver (GetExpInfo_OU and the walk from the domain's
-// root).
-void RegisterOUExport();
+// The export walk of an OU export run: every OU of the domain, with the span sizes that the scan
+// found (gRun.intOULevel, gRun.intMgrLevel).
+bool ExportOUOfDomain(const std::filesystem::path& csvPath);
 
 }  // namespace orin

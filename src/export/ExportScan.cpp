@@ -1,10 +1,14 @@
 #include "export/ExportScan.h"
 
+#include <chrono>
+#include <string>
+#include <thread>
+
+#include "base/Operator.h"
+#include "base/RunContext.h"
+#include "base/Trace.h"
 #include "directory/Bind.h"
 #include "directory/Paths.h"
-#include "run/Operator.h"
-#include "run/RunContext.h"
-#include "run/Trace.h"
 
 namespace orin {
 namespace {
@@ -56,6 +60,35 @@ void CollectOUs(DirObject& container) {
 
 void CollectExportInfo(DirObject& container, std::string_view className) {
     if (className == "organizationalUnit") CollectOUs(container);
+}
+
+namespace {
+
+// Long enough for frmWait to paint before the scan takes the thread.
+constexpr double kPaintWaitSeconds = 0.1;
+
+}  // namespace
+
+void RunExpInfoScan(ObjectKind kind, const std::function<void()>& scan) {
+    const double start = RunTimer();
+    do {
+        TheOperator().Yield();
+        std::this_thread::sleep_for(std::chrono::milliseconds(10));
+    } while (RunTimer() < start + kPaintWaitSeconds);
+
+    gRun.lngObjectCnt = 0;
+    gRun.intOULevel = gRun.intMgrLevel = gRun.intMemberLevel = gRun.intGrpLevel = 1;
+    scan();
+
+    if (!gRun.blnWaitCancelled && gRun.lngObjectCnt == 0) {
+        const std::string title =
+            RunTitle(OperationCodeFor(kind, OperationKind::Exp, RunMode::Production));
+        TheOperator().MessageBox(title, std::string(KindLabel(kind)) + "が存在しません。",
+                                 MsgIcon::Information, MsgButtons::Ok);
+        gRun.blnNothingToExport = true;
+    } else {
+        gRun.blnNothingToExport = false;
+    }
 }
 
 }  // namespace orin

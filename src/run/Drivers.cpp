@@ -2,6 +2,8 @@
 
 #include <string>
 
+#include "base/Operator.h"
+#include "base/RunContext.h"
 #include "csv/ColumnRegistry.h"
 #include "csv/CsvReader.h"
 #include "directory/Connect.h"
@@ -10,10 +12,8 @@
 #include "engines/Ledgers.h"
 #include "platform/Strings.h"
 #include "run/DriversExportHooks.h"
-#include "run/Operator.h"
 #include "run/ProgressWindow.h"
 #include "run/RowLoop.h"
-#include "run/RunContext.h"
 
 namespace orin {
 namespace {

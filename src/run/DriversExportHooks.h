@@ -8,7 +8,7 @@
 #include <filesystem>
 #include <functional>
 
-#include "run/Identifiers.h"
+#include "base/Identifiers.h"
 
 namespace orin {
 
@@ -29,11 +29,5 @@ void SetExportRoutines(ObjectKind kind, ExportRoutines routines);
 // The routines of a kind; both empty while the kind has no export.
 const ExportRoutines& GetExportRoutines(ObjectKind kind);
 bool HasExportRoutines(ObjectKind kind);
-
-// The frame of a GetExpInfo routine around its scan: a moment's wait, yielding, so that frmWait
-// paints; lngObjectCnt to 0 and the level numbers to 1; the scan (CollectExportInfo with the
-// kind's class); then, unless the scan was cancelled, the "<kind>が存在しません。" box when no
-// object was found, and blnNothingToExport.
-void RunExpInfoScan(ObjectKind kind, const std::function<void()>& scan);
 
 }  // namespace orin

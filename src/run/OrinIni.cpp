@@ -4,11 +4,11 @@
 #include <system_error>
 #include <vector>
 
+#include "base/Operator.h"
 #include "directory/DirectorySession.h"
 #include "platform/AppFolder.h"
 #include "platform/Strings.h"
 #include "platform/TextFile.h"
-#include "run/Operator.h"
 
 namespace orin {
 namespace {

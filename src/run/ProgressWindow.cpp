@@ -4,8 +4,8 @@
 #include <chrono>
 #include <thread>
 
-#include "run/Operator.h"
-#include "run/RunContext.h"
+#include "base/Operator.h"
+#include "base/RunContext.h"
 #include "run/StartMethods.h"
 
 namespace orin {

@@ -5,7 +5,7 @@
 
 #include <string>
 
-#include "run/Identifiers.h"
+#include "base/Identifiers.h"
 
 namespace orin {
 

@@ -3,11 +3,12 @@
 #include <exception>
 #include <string>
 
+#include "base/MirrorChain.h"
+#include "base/Operator.h"
+#include "base/RunContext.h"
+#include "base/Trace.h"
 #include "csv/CsvReader.h"
 #include "platform/TextFile.h"
-#include "run/Operator.h"
-#include "run/RunContext.h"
-#include "run/Trace.h"
 
 namespace orin {
 namespace {

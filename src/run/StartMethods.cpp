@@ -4,13 +4,13 @@
 #include <array>
 #include <string>
 
+#include "base/EventLog.h"
+#include "base/Operator.h"
+#include "base/RunContext.h"
 #include "csv/CsvReader.h"
 #include "csv/ExportHeader.h"
 #include "run/DriversExportHooks.h"
-#include "run/EventLog.h"
-#include "run/Operator.h"
 #include "run/RowLoop.h"
-#include "run/RunContext.h"
 
 namespace orin {
 namespace {

@@ -9,7 +9,7 @@
 #include <span>
 #include <string_view>
 
-#include "run/Identifiers.h"
+#include "base/Identifiers.h"
 
 namespace orin {
 

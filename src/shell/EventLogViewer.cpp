@@ -10,8 +10,8 @@
 #include <string>
 #include <vector>
 
+#include "base/Operator.h"
 #include "platform/TextFile.h"
-#include "run/Operator.h"
 #include "shell/ShellSupport.h"
 
 namespace orin::shell {

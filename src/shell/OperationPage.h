@@ -5,7 +5,7 @@
 
 #include <QWidget>
 
-#include "run/Identifiers.h"
+#include "base/Identifiers.h"
 
 class QGroupBox;
 class QLabel;

@@ -11,7 +11,7 @@
 #include <memory>
 #include <thread>
 
-#include "run/RunContext.h"
+#include "base/RunContext.h"
 #include "shell/EventLogViewer.h"
 #include "shell/ShellSupport.h"
 #include "shell/frmLogin.h"

@@ -13,7 +13,7 @@
 #include <filesystem>
 #include <functional>
 
-#include "run/Operator.h"
+#include "base/Operator.h"
 
 class QWidget;
 

@@ -7,8 +7,8 @@
 #include <QVBoxLayout>
 #include <QtGlobal>
 
+#include "base/Operator.h"
 #include "platform/LibraryVersions.h"
-#include "run/Operator.h"
 #include "shell/ShellSupport.h"
 
 namespace orin::shell {

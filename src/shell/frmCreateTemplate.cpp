@@ -9,10 +9,10 @@
 #include <QVBoxLayout>
 #include <exception>
 
+#include "base/Operator.h"
 #include "csv/CsvReader.h"
 #include "csv/Templates.h"
 #include "platform/Strings.h"
-#include "run/Operator.h"
 #include "shell/ShellSupport.h"
 
 namespace orin::shell {

@@ -6,7 +6,7 @@
 #include <QDialog>
 #include <array>
 
-#include "run/Identifiers.h"
+#include "base/Identifiers.h"
 
 class QGroupBox;
 class QLineEdit;

@@ -10,10 +10,10 @@
 #include <QRadioButton>
 #include <QVBoxLayout>
 
+#include "base/Operator.h"
 #include "directory/DirectorySession.h"
 #include "directory/Paths.h"
 #include "platform/Strings.h"
-#include "run/Operator.h"
 #include "shell/ShellSupport.h"
 
 namespace orin::shell {

@@ -9,7 +9,7 @@
 #include <QVBoxLayout>
 #include <algorithm>
 
-#include "run/Trace.h"
+#include "base/Trace.h"
 #include "shell/ShellSupport.h"
 
 namespace orin::shell {

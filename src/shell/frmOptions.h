@@ -9,7 +9,7 @@
 #include <array>
 #include <vector>
 
-#include "run/Options.h"
+#include "base/Options.h"
 
 class QComboBox;
 class QGroupBox;

@@ -9,7 +9,7 @@
 #include <QVBoxLayout>
 #include <algorithm>
 
-#include "run/RunContext.h"
+#include "base/RunContext.h"
 #include "shell/ShellSupport.h"
 
 namespace orin::shell {

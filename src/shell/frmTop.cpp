@@ -15,14 +15,14 @@
 #include <QVBoxLayout>
 #include <exception>
 
+#include "base/Options.h"
+#include "base/RunContext.h"
+#include "base/Trace.h"
 #include "directory/DirectorySession.h"
 #include "platform/AppFolder.h"
 #include "platform/Strings.h"
 #include "run/Drivers.h"
-#include "run/Options.h"
 #include "run/OrinIni.h"
-#include "run/RunContext.h"
-#include "run/Trace.h"
 #include "shell/EventLogViewer.h"
 #include "shell/ShellSupport.h"
 #include "shell/frmAbout.h"

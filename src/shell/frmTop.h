@@ -10,8 +10,8 @@
 #include <array>
 #include <filesystem>
 
-#include "run/Identifiers.h"
-#include "run/Operator.h"
+#include "base/Identifiers.h"
+#include "base/Operator.h"
 #include "shell/OperationPage.h"
 
 class QAction;

@@ -10,8 +10,8 @@
 #include <cmath>
 #include <numbers>
 
+#include "base/RunContext.h"
 #include "directory/DirectorySession.h"
-#include "run/RunContext.h"
 #include "shell/ShellSupport.h"
 
 namespace orin::shell {

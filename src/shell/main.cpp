@@ -2,8 +2,8 @@
 
 #include <QApplication>
 
-#include "engines/RegisterEngines.h"
 #include "platform/AppFolder.h"
+#include "run/RegisterEngines.h"
 #include "shell/LookAndFeel.h"
 #include "shell/QtOperator.h"
 #include "shell/SingleInstance.h"

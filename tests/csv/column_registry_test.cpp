@@ -4,10 +4,10 @@
 #include <span>
 
 #include "CsvTestFiles.h"
+#include "base/RunContext.h"
 #include "csv/ColumnRegistry.h"
 #include "csv/CsvReader.h"
 #include "platform/Strings.h"
-#include "run/RunContext.h"
 
 using namespace orin;
 

@@ -1,8 +1,8 @@
 #include <gtest/gtest.h>
 
 #include "CsvTestFiles.h"
+#include "base/RunContext.h"
 #include "csv/CsvReader.h"
-#include "run/RunContext.h"
 
 using namespace orin;
 using namespace orin::csvtest;

@@ -1,7 +1,8 @@
 #include <gtest/gtest.h>
 
+#include "base/MirrorChain.h"
+#include "base/RunContext.h"
 #include "csv/CsvReader.h"
-#include "run/RunContext.h"
 
 using namespace orin;
 

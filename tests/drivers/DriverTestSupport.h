@@ -10,15 +10,15 @@
 #include <string>
 #include <vector>
 
+#include "base/Outcome.h"
+#include "base/RunContext.h"
 #include "csv/ColumnRegistry.h"
 #include "directory/DirectorySession.h"
 #include "platform/Strings.h"
 #include "run/Drivers.h"
 #include "run/DriversExportHooks.h"
-#include "run/Outcome.h"
 #include "run/ProgressWindow.h"
 #include "run/RowLoop.h"
-#include "run/RunContext.h"
 #include "run/RunTestSupport.h"
 #include "support/ScriptedOperator.h"
 

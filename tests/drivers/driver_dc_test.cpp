@@ -3,13 +3,13 @@
 
 #include <gtest/gtest.h>
 
+#include "base/RunContext.h"
 #include "csv/CsvReader.h"
 #include "directory/Bind.h"
 #include "directory/DirectorySession.h"
-#include "engines/RegisterEngines.h"
 #include "run/Drivers.h"
 #include "run/ProgressWindow.h"
-#include "run/RunContext.h"
+#include "run/RegisterEngines.h"
 #include "run/RunTestSupport.h"
 #include "support/TestDc.h"
 

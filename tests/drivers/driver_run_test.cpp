@@ -5,6 +5,7 @@
 #include <gtest/gtest.h>
 
 #include "DriverTestSupport.h"
+#include "export/ExportScan.h"
 #include "platform/TextFile.h"
 
 namespace orin {

@@ -17,6 +17,7 @@
 #include <utility>
 #include <vector>
 
+#include "base/RunContext.h"
 #include "csv/ColumnRegistry.h"
 #include "csv/CsvReader.h"
 #include "directory/Bind.h"
@@ -31,8 +32,8 @@
 #include "platform/Cp932.h"
 #include "platform/LdapConnection.h"
 #include "platform/Strings.h"
+#include "run/RegisterEngines.h"
 #include "run/RowLoop.h"
-#include "run/RunContext.h"
 #include "run/RunTestSupport.h"
 #include "support/TestDc.h"
 
@@ -121,8 +122,7 @@ class OUTest : public DcTest {
         DcTest::SetUp();
         if (HasFatalFailure()) return;
         ResetRun(folder.path());
-        RegisterOUProductionEngines();
-        RegisterOUModeEngines();
+        RegisterAllEngines();
         SetOUFastPath(true);
         ClearTrusteeCache();
         PendingNewName.clear();

@@ -9,11 +9,11 @@
 #include <string>
 #include <vector>
 
+#include "base/Messages.h"
+#include "base/RunContext.h"
+#include "base/Trace.h"
 #include "platform/Cp932.h"
 #include "platform/TextFile.h"
-#include "run/Messages.h"
-#include "run/RunContext.h"
-#include "run/Trace.h"
 
 namespace orin::test {
 

@@ -5,7 +5,7 @@
 #include <vector>
 
 #include "RunTestSupport.h"
-#include "run/EventLog.h"
+#include "base/EventLog.h"
 #include "support/ScriptedOperator.h"
 
 namespace orin {

@@ -3,7 +3,7 @@
 #include <set>
 #include <string>
 
-#include "run/Identifiers.h"
+#include "base/Identifiers.h"
 
 namespace orin {
 namespace {

@@ -2,9 +2,9 @@
 
 #include <string>
 
-#include "run/MessageTable.h"
-#include "run/Messages.h"
-#include "run/RunContext.h"
+#include "base/MessageTable.h"
+#include "base/Messages.h"
+#include "base/RunContext.h"
 
 namespace orin {
 namespace {

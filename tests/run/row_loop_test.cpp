@@ -5,9 +5,9 @@
 #include <vector>
 
 #include "RunTestSupport.h"
+#include "base/Outcome.h"
 #include "csv/CsvReader.h"
 #include "platform/Strings.h"
-#include "run/Outcome.h"
 #include "run/RowLoop.h"
 #include "support/ScriptedOperator.h"
 

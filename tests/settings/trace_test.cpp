@@ -7,8 +7,8 @@
 #include <string>
 #include <vector>
 
+#include "base/Trace.h"
 #include "run/RunTestSupport.h"
-#include "run/Trace.h"
 
 namespace fs = std::filesystem;
 using namespace orin;

@@ -19,8 +19,8 @@
 #include <string>
 #include <vector>
 
+#include "base/RunContext.h"
 #include "directory/DirectorySession.h"
-#include "run/RunContext.h"
 #include "run/RunTestSupport.h"
 
 namespace orin::test {

@@ -8,9 +8,9 @@
 #include <QTabWidget>
 
 #include "GuiTestSupport.h"
-#include "engines/RegisterEngines.h"
-#include "run/Options.h"
+#include "base/Options.h"
 #include "run/OrinIni.h"
+#include "run/RegisterEngines.h"
 #include "shell/frmCreateTemplate.h"
 #include "shell/frmTop.h"
 #include "support/ScriptedOperator.h"

@@ -6,8 +6,8 @@
 #include <QTabWidget>
 
 #include "GuiTestSupport.h"
-#include "run/Options.h"
-#include "run/Trace.h"
+#include "base/Options.h"
+#include "base/Trace.h"
 #include "shell/frmOptions.h"
 
 namespace orin::test {

@@ -8,9 +8,9 @@
 
 #include "GuiTestSupport.h"
 #include "directory/Bind.h"
-#include "engines/RegisterEngines.h"
 #include "platform/TextFile.h"
 #include "run/ProgressWindow.h"
+#include "run/RegisterEngines.h"
 #include "shell/QtOperator.h"
 #include "shell/frmLogin.h"
 #include "shell/frmProgress.h"

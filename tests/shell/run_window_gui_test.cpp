@@ -10,12 +10,12 @@
 #include <thread>
 
 #include "GuiTestSupport.h"
+#include "base/Outcome.h"
 #include "csv/ColumnRegistry.h"
-#include "engines/RegisterEngines.h"
 #include "platform/TextFile.h"
 #include "run/Drivers.h"
-#include "run/Outcome.h"
 #include "run/ProgressWindow.h"
+#include "run/RegisterEngines.h"
 #include "run/RowLoop.h"
 #include "shell/EventLogViewer.h"
 #include "shell/QtOperator.h"

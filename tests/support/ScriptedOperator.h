@@ -7,7 +7,7 @@
 #include <string>
 #include <vector>
 
-#include "run/Operator.h"
+#include "base/Operator.h"
 
 namespace orin::test {
 

@@ -6,11 +6,11 @@
 #include <algorithm>
 
 #include "TemplateTestSupport.h"
+#include "base/RunContext.h"
 #include "csv/ColumnRegistry.h"
 #include "csv/CsvReader.h"
 #include "csv/Templates.h"
 #include "platform/Cp932.h"
-#include "run/RunContext.h"
 
 using namespace orin;
 using namespace orin::test;

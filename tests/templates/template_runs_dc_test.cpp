@@ -11,16 +11,16 @@
 #include <regex>
 
 #include "TemplateTestSupport.h"
+#include "base/Messages.h"
+#include "base/RunContext.h"
 #include "csv/CsvReader.h"
 #include "directory/Bind.h"
 #include "directory/DirectorySession.h"
-#include "engines/RegisterEngines.h"
 #include "platform/Strings.h"
 #include "run/Drivers.h"
-#include "run/Messages.h"
 #include "run/ProgressWindow.h"
+#include "run/RegisterEngines.h"
 #include "run/RowLoop.h"
-#include "run/RunContext.h"
 #include "run/RunTestSupport.h"
 #include "support/TestDc.h"
 

@@ -2,9 +2,9 @@
 
 #include <algorithm>
 
+#include "base/Trace.h"
 #include "directory/Trustee.h"
 #include "platform/Strings.h"
-#include "run/Trace.h"
 
 namespace orin {
 

@@ -1,6 +1,8 @@
 // OU add: one row creates an OU with its properties, manager and access control, or, as a
 // Mirror row, adds access control to the OU an earlier row made.
 
+#include "base/Outcome.h"
+#include "base/RunContext.h"
 #include "directory/Bind.h"
 #include "directory/DirectorySession.h"
 #include "directory/Paths.h"
@@ -8,8 +10,6 @@
 #include "engines/ou/OUFastPath.h"
 #include "engines/ou/OUProduction.h"
 #include "platform/Strings.h"
-#include "run/Outcome.h"
-#include "run/RunContext.h"
 
 namespace orin {
 namespace {

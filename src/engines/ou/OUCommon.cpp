@@ -1,5 +1,7 @@
 #include "engines/ou/OUCommon.h"
 
+#include "base/Outcome.h"
+#include "base/RunContext.h"
 #include "csv/CsvReader.h"
 #include "directory/Bind.h"
 #include "directory/DirectorySession.h"
@@ -7,8 +9,6 @@
 #include "engines/access/AccessControl.h"
 #include "engines/ou/OUFastPath.h"
 #include "platform/Strings.h"
-#include "run/Outcome.h"
-#include "run/RunContext.h"
 
 namespace orin {
 

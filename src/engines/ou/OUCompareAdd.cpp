@@ -3,13 +3,13 @@
 
 #include <string>
 
+#include "base/Outcome.h"
+#include "base/RunContext.h"
 #include "directory/DirObject.h"
 #include "engines/ou/OUCompareRules.h"
 #include "engines/ou/OUModes.h"
 #include "engines/ou/OUModesAcl.h"
 #include "engines/ou/OUModesCommon.h"
-#include "run/Outcome.h"
-#include "run/RunContext.h"
 
 namespace orin {
 

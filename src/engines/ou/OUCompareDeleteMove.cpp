@@ -2,12 +2,12 @@
 
 #include <string>
 
+#include "base/Outcome.h"
+#include "base/RunContext.h"
 #include "directory/Paths.h"
 #include "engines/ou/OUModes.h"
 #include "engines/ou/OUModesCommon.h"
 #include "platform/Strings.h"
-#include "run/Outcome.h"
-#include "run/RunContext.h"
 
 namespace orin {
 

@@ -5,6 +5,8 @@
 
 #include <string>
 
+#include "base/Outcome.h"
+#include "base/RunContext.h"
 #include "directory/DirObject.h"
 #include "directory/Paths.h"
 #include "engines/Ledgers.h"
@@ -12,8 +14,6 @@
 #include "engines/ou/OUModes.h"
 #include "engines/ou/OUModesAcl.h"
 #include "engines/ou/OUModesCommon.h"
-#include "run/Outcome.h"
-#include "run/RunContext.h"
 
 namespace orin {
 

@@ -3,14 +3,14 @@
 #include <optional>
 #include <string>
 
+#include "base/Outcome.h"
+#include "base/RunContext.h"
 #include "directory/Bind.h"
 #include "directory/DirectorySession.h"
 #include "directory/Paths.h"
 #include "engines/Ledgers.h"
 #include "engines/ou/OUCommon.h"
 #include "platform/Strings.h"
-#include "run/Outcome.h"
-#include "run/RunContext.h"
 
 namespace orin::oumodes {
 namespace {

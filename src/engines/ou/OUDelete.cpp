@@ -1,14 +1,14 @@
 // OU delete: one row removes an OU, and with IfDelSubObj its whole subtree. A Mirror row does
 // nothing but end ("削除処理を行わない"): it only counts as part of the chain.
 
+#include "base/Operator.h"
+#include "base/Outcome.h"
+#include "base/RunContext.h"
+#include "base/Trace.h"
 #include "directory/Bind.h"
 #include "directory/DirectorySession.h"
 #include "engines/ou/OUProduction.h"
 #include "platform/Strings.h"
-#include "run/Operator.h"
-#include "run/Outcome.h"
-#include "run/RunContext.h"
-#include "run/Trace.h"
 
 namespace orin {
 namespace {

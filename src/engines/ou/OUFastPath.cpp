@@ -2,12 +2,12 @@
 
 #include <algorithm>
 
+#include "base/Trace.h"
 #include "directory/Bind.h"
 #include "directory/DirectorySession.h"
 #include "directory/Trustee.h"
 #include "engines/access/ObjectDacl.h"
 #include "platform/Strings.h"
-#include "run/Trace.h"
 
 namespace orin {
 namespace {

@@ -3,6 +3,8 @@
 
 #include <string>
 
+#include "base/Outcome.h"
+#include "base/RunContext.h"
 #include "directory/DirObject.h"
 #include "directory/Paths.h"
 #include "engines/Ledgers.h"
@@ -11,8 +13,6 @@
 #include "engines/ou/OUModesAcl.h"
 #include "engines/ou/OUModesCommon.h"
 #include "platform/Strings.h"
-#include "run/Outcome.h"
-#include "run/RunContext.h"
 
 namespace orin {
 

@@ -5,7 +5,9 @@
 
 #include <string>
 
-#include "csv/CsvReader.h"
+#include "base/MirrorChain.h"
+#include "base/Outcome.h"
+#include "base/RunContext.h"
 #include "directory/Bind.h"
 #include "directory/DirObject.h"
 #include "directory/DirectorySession.h"
@@ -15,8 +17,6 @@
 #include "engines/ou/OUModesAcl.h"
 #include "engines/ou/OUModesCommon.h"
 #include "platform/Strings.h"
-#include "run/Outcome.h"
-#include "run/RunContext.h"
 
 namespace orin {
 

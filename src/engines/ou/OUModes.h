@@ -39,7 +39,4 @@ void CompareModifyOU(const OUCells& cells, int32_t lineNumber, int32_t ordinal,
 void CompareExportOU(const OUCells& cells, int32_t lineNumber, int32_t ordinal,
                      const OUColumns& columns);
 
-// Fills the OU slots 4 to 12 of the row loop with the engines above.
-void RegisterOUModeEngines();
-
 }  // namespace orin

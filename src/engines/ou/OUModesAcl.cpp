@@ -1,9 +1,9 @@
 #include "engines/ou/OUModesAcl.h"
 
+#include "base/Outcome.h"
+#include "base/RunContext.h"
 #include "engines/access/AccessControl.h"
 #include "platform/Strings.h"
-#include "run/Outcome.h"
-#include "run/RunContext.h"
 
 namespace orin::oumodes {
 namespace {

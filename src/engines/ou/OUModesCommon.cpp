@@ -1,13 +1,13 @@
 #include "engines/ou/OUModesCommon.h"
 
+#include "base/Outcome.h"
+#include "base/RunContext.h"
 #include "csv/ColumnRegistry.h"
 #include "csv/CsvReader.h"
 #include "directory/Bind.h"
 #include "directory/DirectorySession.h"
 #include "directory/Paths.h"
 #include "platform/Strings.h"
-#include "run/Outcome.h"
-#include "run/RunContext.h"
 
 namespace orin::oumodes {
 namespace {

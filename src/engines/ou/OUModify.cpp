@@ -2,7 +2,9 @@
 // an existing OU. An empty cell leaves its property alone and "!C" clears it. Nothing is rolled
 // back: what was written before a failing step stays.
 
-#include "csv/CsvReader.h"
+#include "base/MirrorChain.h"
+#include "base/Outcome.h"
+#include "base/RunContext.h"
 #include "directory/Bind.h"
 #include "directory/DirectorySession.h"
 #include "directory/Paths.h"
@@ -12,8 +14,6 @@
 #include "engines/ou/OUFastPath.h"
 #include "engines/ou/OUProduction.h"
 #include "platform/Strings.h"
-#include "run/Outcome.h"
-#include "run/RunContext.h"
 
 namespace orin {
 namespace {

@@ -1,12 +1,12 @@
 // OU move: one row moves an OU into another container, and may rename it on the way. A Mirror
 // row does nothing but end ("移動処理を行わない").
 
+#include "base/Outcome.h"
+#include "base/RunContext.h"
 #include "directory/Bind.h"
 #include "directory/DirectorySession.h"
 #include "directory/Paths.h"
 #include "engines/ou/OUProduction.h"
-#include "run/Outcome.h"
-#include "run/RunContext.h"
 
 namespace orin {
 

@@ -3,7 +3,6 @@
 #include "directory/Bind.h"
 #include "directory/DirectorySession.h"
 #include "directory/Paths.h"
-#include "run/RowLoop.h"
 
 namespace orin {
 
@@ -16,14 +15,6 @@ void DeleteOUOfLine(const Cells& cells, const Columns& columns) {
     DirObject container = gSession.RootObject;
     if (!parent.empty() && !BindObject(WholePath(parent), container)) return;
     container.Delete(kOUClass, "OU=" + FirstOUName(ouPath));
-}
-
-void RegisterOUProductionEngines() {
-    SetRowEngine(ObjectKind::OU, 0, AddOU);
-    SetRowEngine(ObjectKind::OU, 1, DeleteOU);
-    SetRowEngine(ObjectKind::OU, 2, MoveOU);
-    SetRowEngine(ObjectKind::OU, 3, ModifyOU);
-    SetCancelledOURollBack(DeleteOUOfLine);
 }
 
 }  // namespace orin

@@ -25,8 +25,4 @@ bool DelOUAndSubObj(DirObject& ou, std::string_view ouPath);
 // CSV line. A failure is not reported.
 void DeleteOUOfLine(const Cells& cells, const Columns& columns);
 
-// Puts the four engines into the OU slots 0 to 3 of the row loop and installs the roll-back
-// of a cancelled OU run.
-void RegisterOUProductionEngines();
-
 }  // namespace orin

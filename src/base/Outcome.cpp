@@ -1,15 +1,15 @@
-#include "run/Outcome.h"
+#include "base/Outcome.h"
 
 #include <exception>
 #include <stdexcept>
 #include <string>
 
-#include "csv/CsvReader.h"
-#include "run/EventLog.h"
-#include "run/Identifiers.h"
-#include "run/Messages.h"
-#include "run/RunContext.h"
-#include "run/Trace.h"
+#include "base/EventLog.h"
+#include "base/Identifiers.h"
+#include "base/Messages.h"
+#include "base/MirrorChain.h"
+#include "base/RunContext.h"
+#include "base/Trace.h"
 
 namespace orin {
 namespace {

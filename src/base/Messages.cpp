@@ -1,9 +1,9 @@
-#include "run/Messages.h"
+#include "base/Messages.h"
 
 #include <algorithm>
 
-#include "run/MessageTable.h"
-#include "run/RunContext.h"
+#include "base/MessageTable.h"
+#include "base/RunContext.h"
 
 namespace orin {
 

@@ -1,4 +1,4 @@
-#include "run/Options.h"
+#include "base/Options.h"
 
 namespace orin {
 

@@ -3,7 +3,7 @@
 
 #include <algorithm>
 
-#include "run/MessageTable.h"
+#include "base/MessageTable.h"
 
 namespace orin {
 namespace {

@@ -1,4 +1,4 @@
-#include "run/Identifiers.h"
+#include "base/Identifiers.h"
 
 #include <algorithm>
 #include <array>

@@ -1,12 +1,12 @@
-#include "run/EventLog.h"
+#include "base/EventLog.h"
 
 #include <cmath>
 #include <cstdio>
 #include <string>
 
+#include "base/Operator.h"
+#include "base/RunContext.h"
 #include "platform/TextFile.h"
-#include "run/Operator.h"
-#include "run/RunContext.h"
 
 namespace orin {
 namespace {

@@ -10,7 +10,7 @@
 #include <string_view>
 #include <vector>
 
-#include "run/Identifiers.h"
+#include "base/Identifiers.h"
 
 namespace orin {
 

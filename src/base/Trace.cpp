@@ -1,4 +1,4 @@
-#include "run/Trace.h"
+#include "base/Trace.h"
 
 #include <cstdio>
 #include <ctime>

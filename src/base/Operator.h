@@ -8,7 +8,7 @@
 #include <string>
 #include <string_view>
 
-#include "run/Identifiers.h"
+#include "base/Identifiers.h"
 
 namespace orin {
 

@@ -1,4 +1,4 @@
-#include "run/Operator.h"
+#include "base/Operator.h"
 
 namespace orin {
 namespace {
