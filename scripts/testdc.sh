@@ -7,6 +7,10 @@
 #   scripts/testdc.sh status   say whether it runs (exit 0) or not (exit 1)
 #   scripts/testdc.sh env      print the shell exports that tests and tools need
 #
+# With ORIN_TESTDC_REUSE=1, `start` leaves a DC that already answers as it is and `stop` does
+# nothing: several test runs (working trees, a developer's shell) can then share one DC, each
+# test working in an OU of its own.
+#
 # The domain is always the same, so that tests and the demo can name it:
 #   realm ORIN.TEST, DNS domain orin.test, NetBIOS domain ORIN, DC host orindc
 #   (orindc.orin.test), Administrator password in ADMIN_PASSWORD below.
@@ -193,9 +197,21 @@ EOF
     log "running: pid $pid, $DC_FQDN, started in $(((t1 - t0) / 1000000)) ms"
 }
 
+reuse=${ORIN_TESTDC_REUSE:-0}
+
 case "${1:-}" in
-    start) start_dc ;;
+    start)
+        if [ "$reuse" = 1 ] && running_pid >/dev/null && ldaps_answers; then
+            log "reusing the running DC (ORIN_TESTDC_REUSE=1)"
+            exit 0
+        fi
+        start_dc
+        ;;
     stop)
+        if [ "$reuse" = 1 ]; then
+            log "left running (ORIN_TESTDC_REUSE=1)"
+            exit 0
+        fi
         need_root
         stop_dc
         log "stopped"
