@@ -1,5 +1,6 @@
 #include "cli/RunCommand.h"
 
+#include <cstdlib>
 #include <filesystem>
 #include <iostream>
 
@@ -86,6 +87,9 @@ int RunCommand(const RunOptions& options) {
     ReadIni();
     ApplyOptions(options);
     RegisterAllEngines();
+    // ORIN_FAST_PATH=0: every row the exact way, for diagnosis (README).
+    if (const char* fast = std::getenv("ORIN_FAST_PATH"); fast && std::string_view(fast) == "0")
+        UseFastPaths(false);
 
     const std::uintmax_t logSize = LogSizeNow(gRun.strEventLogPath);
     const DriverEnd end =

@@ -1,5 +1,6 @@
 #include "run/RegisterEngines.h"
 
+#include "engines/ou/OUFastPath.h"
 #include "engines/ou/OUModes.h"
 #include "engines/ou/OUProduction.h"
 #include "export/ExportOU.h"
@@ -26,6 +27,10 @@ void RegisterAllEngines() {
                CompareExportOU});
     SetCancelledOURollBack(DeleteOUOfLine);
     SetExportRoutines(ObjectKind::OU, {GetExpInfo_OU, ExportOUOfDomain});
+}
+
+void UseFastPaths(bool enabled) {
+    SetOUFastPath(enabled);
 }
 
 }  // namespace orin
