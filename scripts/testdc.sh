@@ -199,6 +199,12 @@ EOF
 
 reuse=${ORIN_TESTDC_REUSE:-0}
 
+# One start or stop at a time, whoever asks: test runs that share the DC may ask together.
+if [ "${1:-}" = start ] || [ "${1:-}" = stop ]; then
+    exec 9>"${DIR%/}.lock"
+    flock 9
+fi
+
 case "${1:-}" in
     start)
         if [ "$reuse" = 1 ] && running_pid >/dev/null && ldaps_answers; then
