@@ -177,7 +177,8 @@ EOF
     write_env
 
     log "starting samba"
-    samba -D -s "$CONF" || die "samba did not start (log: $DIR/samba.log)"
+    # The daemon must not inherit the lock's descriptor: it would hold the lock for its life.
+    samba -D -s "$CONF" 9>&- || die "samba did not start (log: $DIR/samba.log)"
 
     for i in $(seq 1 "$START_TIMEOUT"); do
         if ldaps_answers; then break; fi

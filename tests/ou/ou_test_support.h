@@ -1,7 +1,7 @@
 #pragma once
-// Shared by the OU tests against the test DC: a test with an OU of its own, which runs CSV lines
-// through the OU row loop as a run's Start method does and reads back the event log, and the
-// texts that log is expected to hold.
+// Shared by the OU tests against the test DC that need code (the end-to-end cases are scenario
+// folders, tests/scenarios/ou): a test with an OU of its own, which runs CSV lines through the OU
+// row loop as a run's Start method does and reads back the event log.
 //
 // Rows name OUs below the test's OU: "{T}" in a CSV line stands for its name, so "{T},a,b" is the
 // OU "OU=b,OU=a,OU=<test>". The helpers name that OU "a,b" (top level first; "" is the test's OU).
@@ -49,7 +49,6 @@ using Attributes = std::vector<std::pair<std::string, std::string>>;
 using Props = std::map<std::string, std::string>;
 
 inline constexpr const char* kFail = "失敗";
-inline constexpr const char* kWarn = "警告";
 inline constexpr const char* kDiff = "相違";
 
 // One line of a test's CSV file and what the run must log for it: nothing, or a line
@@ -60,60 +59,12 @@ struct Row {
     std::vector<std::string> texts = {};
 };
 
-// The row messages the tests meet in more than one place.
-inline std::string Invalid(std::string_view column) {
-    return "ﾍｯﾀﾞ列[" + std::string(column) + "]に無効なﾃﾞｰﾀが入力されました。";
-}
-// A span ("OU", "MgrOU", "NewOU") whose Start or End column is missing, or in reverse order.
-inline std::string NoSpan(const std::string& span) {
-    return "ﾍｯﾀﾞ列[" + span + "-Start]と[" + span +
-           "-End]の片方または両方が存在しません。両方のﾍｯﾀﾞ列を定義してください。";
-}
-inline std::string Reversed(const std::string& span) {
-    return "ﾍｯﾀﾞ列[" + span + "-Start]と[" + span + "-End]の並び順が逆になっています。";
-}
-inline std::string AceNotFound(std::string_view account) {
-    return "指定のACE「" + std::string(account) +
-           "」がｵﾌﾞｼﾞｪｸﾄのACLから見つからないため削除処理をｽｷｯﾌﾟしました｡ ";
-}
 inline std::string Differs(std::string_view property, std::string_view inCsv,
                            std::string_view inDirectory) {
     return "ｵﾌﾞｼﾞｪｸﾄのﾌﾟﾛﾊﾟﾃｨ[" + std::string(property) +
            "]に相違がありました。\r\n\t【ｲﾝﾎﾟｰﾄﾃﾞｰﾀ内のﾌﾟﾛﾊﾟﾃｨ値】：" + std::string(inCsv) +
            "\r\n\t【ｵﾌﾞｼﾞｪｸﾄ実際のﾌﾟﾛﾊﾟﾃｨ値】：" + std::string(inDirectory);
 }
-inline std::string NotCleared(std::string_view property) {
-    return "ｵﾌﾞｼﾞｪｸﾄのﾌﾟﾛﾊﾟﾃｨ[" + std::string(property) +
-           "]に相違がありました。ﾌﾟﾛﾊﾟﾃｨの値がｸﾘｱされていません。";
-}
-inline const std::string kNoPath = "OUのﾊﾟｽが指定されていません。";
-inline const std::string kNoObject = "ｵﾌﾞｼﾞｪｸﾄが存在しないか、ﾊﾟｽが間違っています。";
-inline const std::string kNoParent = "OUの親OUが存在しないか、ﾊﾟｽが間違っています。";
-inline const std::string kOUExists = "追加対象OUがすでに追加先のｺﾝﾃﾅに存在します。";
-inline const std::string kNoManager = "管理者が所在ｺﾝﾃﾅに存在しません。";
-inline const std::string kNoManagerContainer =
-    "ｵﾌﾞｼﾞｪｸﾄのﾌﾟﾛﾊﾟﾃｨ[管理者]の設定が失敗しました。管理者の所在OU（またはﾃﾞﾌｫﾙﾄｺﾝﾃﾅ）が"
-    "存在しないか、ﾊﾟｽが間違っています。";
-inline const std::string kManagerNotUser =
-    "管理者として設定不可能なﾕｰｻﾞｰ以外のｵﾌﾞｼﾞｪｸﾄが指定されています。";
-inline const std::string kNoIfDelSubObj =
-    "ﾍｯﾀﾞ列[IfDelSubObj]は存在しません。ﾍｯﾀﾞを定義してください。";
-inline const std::string kHasChildren =
-    "OU配下にｵﾌﾞｼﾞｪｸﾄが存在するため、ﾍｯﾀﾞの定義に従い削除処理を中止しました。";
-inline const std::string kSamePlace = "ｵﾌﾞｼﾞｪｸﾄを移動元と同じ場所に移動することができません。";
-inline const std::string kNoTarget = "ｵﾌﾞｼﾞｪｸﾄの移動先ｺﾝﾃﾅは存在しないか、ﾊﾟｽが間違っています。";
-inline const std::string kNoSource = "ｵﾌﾞｼﾞｪｸﾄは移動元の場所に存在しません。";
-inline const std::string kMoveFailed =
-    "組織単位の移動処理が失敗しました。失敗の原因を特定できません。";
-inline const std::string kSameNewName = "[名前（新）]は変更前と同じであるため変更しません。";
-inline const std::string kNameTaken = "[名前（新）]と同名のｵﾌﾞｼﾞｪｸﾄが存在します。";
-inline const std::string kNameNotCleared =
-    "ｵﾌﾞｼﾞｪｸﾄのﾌﾟﾛﾊﾟﾃｨ[名前]をｸﾘｱすることができません。これはOSの仕様です。";
-inline const std::string kOverwriteFailed = "ACEの上書ﾓｰﾄﾞ設定が失敗しました。";
-inline const std::string kNoAccount = "ﾍｯﾀﾞ列[AceSamAccountName]で指定したｱｶｳﾝﾄは存在しません。";
-inline const std::string kInheritDiffers =
-    "ｵﾌﾞｼﾞｪｸﾄのｵﾌﾟｼｮﾝ[継承可能なｱｸｾｽ許可を親からこのｵﾌﾞｼﾞｪｸﾄに継承できるようにする]に相違が"
-    "ありました。\r\n\t【ｲﾝﾎﾟｰﾄﾃﾞｰﾀ内のｵﾌﾟｼｮﾝ値】：無効\r\n\t【ｵﾌﾞｼﾞｪｸﾄ実際のｵﾌﾟｼｮﾝ値】：有効";
 
 class OUTest : public DcTest {
   protected:
@@ -266,19 +217,5 @@ class OUTest : public DcTest {
     ScratchFolder folder;
     long requests = 0;  // LDAP requests of the last Run
 };
-
-// Runs every test of a suite twice: with the fast path, and the exact way alone. Both must
-// leave the same log and the same directory.
-class BothWays : public OUTest, public ::testing::WithParamInterface<bool> {
-  protected:
-    void SetUp() override {
-        OUTest::SetUp();
-        SetOUFastPath(GetParam());
-    }
-};
-
-inline std::string WayName(const ::testing::TestParamInfo<bool>& info) {
-    return info.param ? "Fast" : "Exact";
-}
 
 }  // namespace orin::test

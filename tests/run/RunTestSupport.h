@@ -2,6 +2,7 @@
 // Shared by the run tests: a scratch folder, a clean run record, and the event log's bytes.
 
 #include <gtest/gtest.h>
+#include <unistd.h>
 
 #include <filesystem>
 #include <fstream>
@@ -17,13 +18,15 @@
 
 namespace orin::test {
 
-// A folder of its own for each test, removed afterwards.
+// A folder of its own for each test and process (tests of several build trees, or several
+// scenario runners, may run at once), removed afterwards.
 class ScratchFolder {
   public:
     ScratchFolder() {
         const auto* info = ::testing::UnitTest::GetInstance()->current_test_info();
         path_ = std::filesystem::temp_directory_path() / "orin_run_test" /
-                (std::string(info->test_suite_name()) + "." + info->name());
+                (std::string(info->test_suite_name()) + "." + info->name() + "-" +
+                 std::to_string(getpid()));
         std::filesystem::remove_all(path_);
         std::filesystem::create_directories(path_);
     }
