@@ -67,13 +67,13 @@ TEST_F(Groups, GroupsOfAUserAreTheDirectOnes) {
     EXPECT_TRUE(none->empty());
 }
 
-// 5,000 members: the size the operators asked for. Samba 4.17 gives every value of a plain
-// read and answers a range option ("member;range=0-*") with no attribute at all; Windows gives
-// 1,500 values per range. Members works with both. On a fresh test DC, building the group takes
-// about half a minute (one add per contact) and removing it as long again; a DC that has
-// already seen many deletions is slower.
-TEST_F(Groups, FiveThousandMembersAllComeBack) {
-    constexpr int kMembers = 5000;
+// More members than one range of a Windows DC holds (1,500 values), so that a reader that
+// stopped at the first range would miss some. Samba 4.17 gives every value of a plain read and
+// answers a range option ("member;range=0-*") with no attribute at all; Members works with both.
+// Building the group costs one add per contact: the benchmarks, not the tests, go to the sizes
+// of real domains.
+TEST_F(Groups, MoreMembersThanOneRangeAllComeBack) {
+    constexpr int kMembers = 1600;
     auto& conn = *gSession.Connection;
     std::vector<std::string> dns;
     auto start = std::chrono::steady_clock::now();
@@ -101,7 +101,7 @@ TEST_F(Groups, FiveThousandMembersAllComeBack) {
     EXPECT_EQ(big.GetEx("member").value_or({}).size(), size_t(kMembers));
 
     // A member is found and removed like in a small group.
-    ASSERT_TRUE(big.Remove("LDAP://" + dns[4321]).ok());
+    ASSERT_TRUE(big.Remove("LDAP://" + dns[1234]).ok());
     EXPECT_EQ(ou().Bind("CN=big").Members().value_or({}).size(), size_t(kMembers - 1));
 }
 
