@@ -17,6 +17,6 @@ cmake -S . -B build-fuzz -DORIN_FUZZ=ON -DCMAKE_C_COMPILER=clang -DCMAKE_CXX_COM
 cmake --build build-fuzz -j"$jobs"
 
 status=0
-ctest --test-dir build --output-on-failure "$@" || status=1
+ctest --test-dir build --output-on-failure -j"$jobs" "$@" || status=1
 ctest --test-dir build-fuzz --output-on-failure || status=1
 exit $status
