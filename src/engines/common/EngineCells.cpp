@@ -141,25 +141,9 @@ ManagerLookup LookUpManager(const Cells& cells, int16_t mgrStart, int16_t mgrEnd
     return found;
 }
 
-std::string FilterValue(std::string_view value) {
-    static const char kHex[] = "0123456789abcdef";
-    std::string out;
-    for (char ch : value) {
-        const auto byte = static_cast<unsigned char>(ch);
-        if (ch == '*' || ch == '(' || ch == ')' || ch == '\\' || byte == 0) {
-            out += '\\';
-            out += kHex[byte >> 4];
-            out += kHex[byte & 0x0F];
-        } else {
-            out += ch;
-        }
-    }
-    return out;
-}
-
 bool AccountExists(std::string_view samAccountName) {
     const std::string command = "<" + gSession.RootLdapPath +
-                                ">;(&(samAccountName=" + FilterValue(samAccountName) +
+                                ">;(&(samAccountName=" + LdapFilterValue(samAccountName) +
                                 ")(objectClass=*));cn;Subtree";
     auto found = ExecuteSearch(command);
     return found.ok() && !found->empty();

@@ -87,7 +87,4 @@ bool AccountExists(std::string_view samAccountName);
 // The flag of the row in gRun.MirrorFlags ("" outside the list).
 std::string_view MirrorFlagOf(int32_t ordinal);
 
-// A value inside an LDAP filter, with the characters that would change the filter escaped.
-std::string FilterValue(std::string_view value);
-
 }  // namespace orin
