@@ -56,12 +56,14 @@ bool HasName(const std::vector<std::string>& dns, std::string_view rdn) {
 }
 
 // The objects of `dns` other than `named` (whole paths, upper-cased), one a line, in canonical
-// form; "" when there are none.
+// form and in order; "" when there are none.
 std::string Others(const std::vector<std::string>& dns, const std::set<std::string>& named) {
-    std::string list;
+    std::set<std::string> others;
     for (const std::string& dn : dns) {
-        if (!named.count(ToUpperAscii("LDAP://" + dn))) list += "\r\n\t" + CanonicalPath(dn);
+        if (!named.count(ToUpperAscii("LDAP://" + dn))) others.insert(CanonicalPath(dn));
     }
+    std::string list;
+    for (const std::string& path : others) list += "\r\n\t" + path;
     return list;
 }
 
