@@ -25,8 +25,9 @@ std::vector<std::string> ReadMemberOf(DirObject& object, bool& single) {
 
 // The groups that a filter finds in the domain, with their scopes.
 DirResult<std::vector<ScopedGroup>> ScopedGroups(const std::string& filter) {
-    DirResult<std::vector<SearchRecord>> records = ExecuteSearch(
-        "<" + gSession.RootLdapPath + ">;(&(objectClass=group)" + filter + ");groupType;Subtree");
+    DirResult<std::vector<SearchRecord>> records =
+        ExecuteSearch("<" + gSession.RootLdapPath + ">;(&(objectClass=group)" + filter +
+                      ");groupType,AdsPath;Subtree");
     if (!records.ok()) return records.status();
     std::vector<ScopedGroup> groups;
     for (const SearchRecord& record : *records) {
