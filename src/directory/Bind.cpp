@@ -41,6 +41,21 @@ std::vector<std::string> SearchRecord::Values(std::string_view name) const {
     return {};
 }
 
+std::string LdapFilterValue(std::string_view value) {
+    static constexpr char kHex[] = "0123456789abcdef";
+    std::string out;
+    for (unsigned char c : value) {
+        if (c == '*' || c == '(' || c == ')' || c == '\\' || c == '\0' || c == ';') {
+            out += '\\';
+            out += kHex[c >> 4];
+            out += kHex[c & 0xF];
+        } else {
+            out += static_cast<char>(c);
+        }
+    }
+    return out;
+}
+
 DirResult<std::vector<SearchRecord>> ExecuteSearch(std::string_view commandText) {
     std::vector<std::string> parts = Split(commandText, ';');
     if (parts.size() < 3 || parts.size() > 4) {

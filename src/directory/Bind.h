@@ -28,4 +28,8 @@ struct SearchRecord {
 // The filter goes to the server as it stands. Paged, so any number of records comes back.
 DirResult<std::vector<SearchRecord>> ExecuteSearch(std::string_view commandText);
 
+// A value for a search filter, escaped so that it can't change the filter or the command: "*",
+// "(", ")", "\", NUL and the command's separator ";" as "\xx".
+std::string LdapFilterValue(std::string_view value);
+
 }  // namespace orin

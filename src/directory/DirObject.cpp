@@ -235,6 +235,11 @@ DirObject DirObject::Related(std::string dn) const {
     return DirObject(std::move(state));
 }
 
+DirObject DirObject::OtherEntry(std::string_view dn) const {
+    if (!state_) return {};
+    return Related(std::string(dn));
+}
+
 // --- Identity ---
 
 std::string DirObject::DN() const {

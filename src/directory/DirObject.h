@@ -47,6 +47,11 @@ class DirObject {
 
     bool IsBound() const { return state_ != nullptr; }
 
+    // The entry at `dn` over the same connection, not read: it is read when first asked for a
+    // value, and a write to it needs no read at all. For an object whose existence a write is
+    // to find out (a fast path tries the write, and a refusal sends the row the exact way).
+    DirObject OtherEntry(std::string_view dn) const;
+
     // Identity. ADsPath and Parent carry the server part when the object was bound remotely
     // ("LDAP://dc1/OU=a,DC=x,DC=y"); DN never does.
     std::string ADsPath() const;

@@ -1,5 +1,8 @@
 #include "directory/GroupHelpers.h"
 
+#include <exception>
+#include <string>
+
 #include "directory/Bind.h"
 #include "directory/DirectorySession.h"
 #include "directory/Paths.h"
@@ -18,6 +21,26 @@ std::vector<std::string> ReadMemberOf(DirObject& object, bool& single) {
     DirResult<std::vector<std::string>> many = object.GetEx("memberof");
     if (!many.ok()) return {};
     return *many;
+}
+
+// The groups that a filter finds in the domain, with their scopes.
+DirResult<std::vector<ScopedGroup>> ScopedGroups(const std::string& filter) {
+    DirResult<std::vector<SearchRecord>> records =
+        ExecuteSearch("<" + gSession.RootLdapPath + ">;(&(objectClass=group)" + filter +
+                      ");groupType,AdsPath;Subtree");
+    if (!records.ok()) return records.status();
+    std::vector<ScopedGroup> groups;
+    for (const SearchRecord& record : *records) {
+        int64_t groupType = 0;
+        try {
+            groupType = std::stoll(record.Field("groupType"));
+        } catch (const std::exception&) {
+            groupType = 0;  // no scope bit: kScopeNone
+        }
+        groups.push_back(
+            {"LDAP://" + StripServer(record.Field("AdsPath")), ScopeOfGroupType(groupType)});
+    }
+    return groups;
 }
 
 }  // namespace
@@ -77,6 +100,8 @@ bool IsInMemberOf(DirObject& object, std::string_view groupPath) {
 }
 
 bool RemoveAllMembers(DirObject& group) {
+    group.PutEx(PutExControl::Clear, "member");
+    if (group.SetInfo().ok()) return true;
     DirResult<std::vector<DirObject>> members = group.Members();
     if (!members.ok()) return false;
     for (const DirObject& member : *members) {
@@ -98,6 +123,14 @@ int16_t RemoveFromAllGroups(DirObject& object, std::string_view objectPath) {
         }
     }
     return result;
+}
+
+DirResult<std::vector<ScopedGroup>> MemberGroups(const DirObject& group) {
+    return ScopedGroups("(memberOf=" + LdapFilterValue(group.DN()) + ")");
+}
+
+DirResult<std::vector<ScopedGroup>> GroupsHolding(const DirObject& object) {
+    return ScopedGroups("(member=" + LdapFilterValue(object.DN()) + ")");
 }
 
 DirResult<std::vector<std::string>> FindByAccountName(std::string_view name, std::string_view cls) {

@@ -46,8 +46,20 @@ bool IsMember(DirObject& group, std::string_view memberPath);
 bool IsInMemberOf(DirObject& object, std::string_view groupPath);
 
 // Removes every member from the group; false at the first member that can't be removed (those
-// removed before stay removed). An empty group gives true.
+// removed before stay removed). An empty group gives true. One write takes them all when the
+// directory allows it; when it refuses, the members go one by one to find the first refusal.
 bool RemoveAllMembers(DirObject& group);
+
+// A group found by a membership search: its whole path without a server part, and its scope.
+struct ScopedGroup {
+    std::string path;
+    int16_t scope = kScopeNone;
+};
+// The groups among the members of `group`, with their scopes: one search, whatever the size of
+// the group, where reading the class of each member would cost a read per member.
+DirResult<std::vector<ScopedGroup>> MemberGroups(const DirObject& group);
+// The groups that hold `object` as a member, with their scopes: one search.
+DirResult<std::vector<ScopedGroup>> GroupsHolding(const DirObject& object);
 
 // Results of RemoveFromAllGroups.
 inline constexpr int16_t kRemovedFromAll = 0;

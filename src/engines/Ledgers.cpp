@@ -9,6 +9,10 @@ namespace orin {
 Ledger AddLedger;
 Ledger RenameLedger;
 int32_t RenameCount = 0;
+Ledger ChangeLedger;
+Ledger DeleteLedger;
+Ledger MoveLedger;
+int32_t ChangeCount = 0;
 
 void Ledger::Reset(int fields, int32_t expectedEntries) {
     // Entries are made as rows write them: a run of a million rows that renames nothing
@@ -38,6 +42,10 @@ void ResetLedgers(ObjectKind kind, int32_t rowCount) {
     AddLedger.Reset(kind == ObjectKind::OU ? 2 : 5, rowCount);
     RenameLedger.Reset(3, rowCount);
     RenameCount = 0;
+    ChangeLedger.Reset(5, rowCount);
+    DeleteLedger.Reset(2, rowCount);
+    MoveLedger.Reset(3, rowCount);
+    ChangeCount = 0;
 }
 
 bool PathsEqual(std::string_view a, std::string_view b) {

@@ -8,9 +8,19 @@
 //                 the row has succeeded; entries at and above that index are not in force.
 //   RenameLedger  the objects renamed, RenameCount entries: field 0 the line number, field 1
 //                 the OU path after the rename, field 2 the OU path before it.
+//   ChangeLedger  the objects a modify chain renamed, gave a new scope or a new account name,
+//                 ChangeCount entries, one a chain: field 0 the line number, field 1 the whole
+//                 path as the row named it, field 2 the whole new path if renamed ("" if not),
+//                 field 3 the new scope code if GroupRange was given, field 4 the new account name
+//                 if it changed.
+//   DeleteLedger  the objects deleted, ChangeCount entries: field 0 the line number, field 1 the
+//                 whole path.
+//   MoveLedger    the objects moved, ChangeCount entries: field 0 the line number, field 1 the
+//                 old whole path, field 2 the new one.
 //
-// The change, delete and move ledgers of groups and users will sit beside these and are reset
-// by the same call.
+// A run is one operation, so the last three never fill at once and share their count. They
+// are kept in production as well as in imitation: a second row on the same object can then
+// say which row is to blame.
 
 #include <cstdint>
 #include <string>
@@ -44,10 +54,15 @@ class Ledger {
 extern Ledger AddLedger;
 extern Ledger RenameLedger;
 extern int32_t RenameCount;
+extern Ledger ChangeLedger;
+extern Ledger DeleteLedger;
+extern Ledger MoveLedger;
+extern int32_t ChangeCount;
 
 // Empties the ledgers for a run of `kind` with `rowCount` data rows (a row adds at most one
 // entry to each). The add ledger has 2 fields for OUs and 5 for the other kinds; the rename
-// ledger 3. The OU imitate and compare engines call it on the first row of their run.
+// ledger 3, the change ledger 5, the delete ledger 2 and the move ledger 3. The engines that
+// keep ledgers call it on the first row of their run.
 void ResetLedgers(ObjectKind kind, int32_t rowCount);
 
 // OU paths in the ledgers are compared whole and upper-cased. A path "lies under" another when

@@ -1,5 +1,7 @@
 #include "run/RegisterEngines.h"
 
+#include "engines/group/GroupEngines.h"
+#include "engines/group/GroupFastPath.h"
 #include "engines/ou/OUFastPath.h"
 #include "engines/ou/OUModes.h"
 #include "engines/ou/OUProduction.h"
@@ -25,12 +27,19 @@ void RegisterAllEngines() {
                ImitateAddOU, ImitateDeleteOU, ImitateMoveOU, ImitateModifyOU,  // imitation
                CompareAddOU, CompareDeleteOU, CompareMoveOU, CompareModifyOU,  // compare
                CompareExportOU});
+    FillSlots(
+        ObjectKind::Group,
+        {AddGroup, DeleteGroup, MoveGroup, ModifyGroup,                              // production
+         ImitateAddGroup, ImitateDeleteGroup, ImitateMoveGroup, ImitateModifyGroup,  // imitation
+         CompareAddGroup, CompareDeleteGroup, CompareMoveGroup, CompareModifyGroup,  // compare
+         CompareExportGroup});
     SetCancelledOURollBack(DeleteOUOfLine);
     SetExportRoutines(ObjectKind::OU, {GetExpInfo_OU, ExportOUOfDomain});
 }
 
 void UseFastPaths(bool enabled) {
     SetOUFastPath(enabled);
+    SetGroupFastPath(enabled);
 }
 
 }  // namespace orin

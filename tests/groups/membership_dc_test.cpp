@@ -13,6 +13,7 @@
 #include "directory/GroupHelpers.h"
 #include "directory/Paths.h"
 #include "engines/user/AccountFlags.h"
+#include "platform/LdapConnection.h"
 #include "platform/Strings.h"
 #include "support/TestDc.h"
 
@@ -130,6 +131,46 @@ TEST_F(MembershipTest, RemoveAllMembersEmptiesEmptyAndFullGroups) {
     EXPECT_TRUE(RemoveAllMembers(full = Fresh("Full")));
     auto left = Fresh("Full").Members();
     EXPECT_TRUE(left.ok() && left->empty());
+}
+
+// A group of some hundred members (FiveThousandMembersAllComeBack in tests/directory reads
+// thousands): its member groups and their scopes come from one search, membership is found at
+// the end of the list, and clearing takes every member.
+TEST_F(MembershipTest, LargeGroupsMemberGroupsMembershipAndClearing) {
+    constexpr int kContacts = 300;
+    auto& connection = *gSession.Connection;
+    std::vector<std::string> dns;
+    for (int i = 0; i < kContacts; ++i) {
+        dns.push_back("CN=c" + std::to_string(i) + "," + ou().Dn());
+        auto added =
+            connection.Add(dns.back(), {{platform::LdapMod::Op::Add, "objectClass", {"contact"}}});
+        ASSERT_TRUE(added.ok()) << added.message;
+    }
+    Group("Local", -2147483644);
+    Group("Univ", 8);
+    dns.push_back("CN=Local," + ou().Dn());
+    dns.push_back("CN=Univ," + ou().Dn());
+    DirObject big = Group("Big", 4);
+    ASSERT_TRUE(connection.Modify(big.DN(), {{platform::LdapMod::Op::Add, "member", dns}}).ok());
+
+    auto groups = MemberGroups(big);
+    ASSERT_TRUE(groups.ok());
+    std::vector<std::pair<std::string, int16_t>> found;
+    for (const ScopedGroup& g : *groups) found.emplace_back(ToUpperAscii(g.path), g.scope);
+    std::sort(found.begin(), found.end());
+    EXPECT_EQ(found, (std::vector<std::pair<std::string, int16_t>>{
+                         {ToUpperAscii(PathOf("Local")), kScopeDomainLocal},
+                         {ToUpperAscii(PathOf("Univ")), kScopeUniversal}}));
+    DirObject univ = Fresh("Univ");
+    auto holders = GroupsHolding(univ);
+    ASSERT_TRUE(holders.ok());
+    ASSERT_EQ(holders->size(), 1u);
+    EXPECT_EQ(holders->front().scope, kScopeDomainLocal);
+
+    EXPECT_TRUE(IsMember(big, PathOf("c" + std::to_string(kContacts - 1))));
+    EXPECT_FALSE(IsMember(big, PathOf("Big")));
+    EXPECT_TRUE(RemoveAllMembers(big));
+    EXPECT_TRUE(Fresh("Big").Members().value_or({DirObject()}).empty());
 }
 
 TEST_F(MembershipTest, FindByAccountNameKeepsClassesAndWildcards) {

@@ -91,6 +91,7 @@ bool LoadScenario(const std::filesystem::path& folder, Scenario& scenario, std::
     }
     ReadTextLines(folder / "expected.state", scenario.expectedState);
     ReadTextLines(folder / "setup.ldif", scenario.setupLdif);
+    ReadTextLines(folder / "teardown.ldif", scenario.teardownLdif);
     return true;
 }
 

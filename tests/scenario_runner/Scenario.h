@@ -25,6 +25,7 @@ struct Scenario {
     std::vector<std::string> expectedLog;      // placeholders still in place
     std::vector<std::string> expectedState;    // empty when the folder has none
     std::vector<std::string> setupLdif;        // empty when the folder has none
+    std::vector<std::string> teardownLdif;     // loaded after the checks; empty when none
 };
 
 // Reads the folder; on a malformed folder, an empty optional and the reason in `error`.

@@ -33,10 +33,10 @@ std::string Tag() {
     return tag;
 }
 
-// Loads the setup LDIF with ldapmodify, as an administrator would. "" when it went in.
+// Loads a setup or teardown LDIF with ldapmodify, as an administrator would. "" when it went in.
 std::string LoadLdif(const std::vector<std::string>& ldif, const Placeholders& values,
                      const std::filesystem::path& scratch) {
-    const std::filesystem::path file = scratch / "setup.ldif";
+    const std::filesystem::path file = scratch / "load.ldif";
     {
         std::ofstream out(file, std::ios::binary);
         for (const std::string& line : ldif) out << Substitute(line, values) << "\n";
@@ -49,7 +49,7 @@ std::string LoadLdif(const std::vector<std::string>& ldif, const Placeholders& v
         test::ShellQuote(dc.adminPassword) + " -f " + test::ShellQuote(file.string()) + " >" +
         test::ShellQuote(output.string()) + " 2>&1";
     if (std::system(command.c_str()) == 0) return "";
-    return "setup.ldif did not load:\n" + test::ReadBytes(output);
+    return "the LDIF did not load:\n" + test::ReadBytes(output);
 }
 
 void RunWay(const Scenario& scenario, const std::string& way) {
@@ -102,6 +102,9 @@ void RunWay(const Scenario& scenario, const std::string& way) {
     EXPECT_TRUE(logReport.empty()) << logReport;
     const std::string stateReport = CheckState(scenario.expectedState, values, ou.Dn());
     EXPECT_TRUE(stateReport.empty()) << "expected.state does not hold:\n" << stateReport;
+    if (!scenario.teardownLdif.empty()) {
+        EXPECT_EQ(LoadLdif(scenario.teardownLdif, values, home.path()), "");
+    }
 }
 
 TEST(Scenario, Runs) {

@@ -10,11 +10,9 @@
 #include <vector>
 
 #include "directory/DirObject.h"
+#include "engines/common/EngineCells.h"
 
 namespace orin {
-
-using Cells = std::vector<std::string>;
-using Columns = std::vector<int16_t>;
 
 // Slots of the OU column lists (ColumnNamesFor(ObjectKind::OU, op)): the position of a name in
 // the run's ColumnIndex. Every OU list starts with OU-Start and OU-End.
@@ -103,42 +101,6 @@ class OURow {
 // anything else is refused with 1031.
 enum class MirrorCell { No, Yes, Invalid };
 MirrorCell ReadMirrorCell(std::string_view cell);
-
-// True for "!C" in any letter case: a modify cell that clears its property.
-bool IsClearMarker(std::string_view cell);
-
-// Every "<Rtn>", in any letter case, as a carriage return and a line feed.
-std::string ExpandRtn(std::string_view text);
-
-// "LDAP://" + path + "," + DomainDN: the whole path of an OU path or of a relative name.
-std::string WholePath(std::string_view relativePath);
-// True when the whole path binds.
-bool Binds(std::string_view wholePath);
-
-// Raises `absentCode` when either end of a span is missing from the header, and `reversedCode`
-// when its end stands before its start (equal positions pass).
-void CheckSpan(int16_t start, int16_t end, int32_t absentCode, int32_t reversedCode);
-
-// The distinguished name of the object `name` in the container that cells[first..last] name:
-// at domain level when the span is empty, in the OU when it binds, and in the default container
-// ("CN=" form) when exactly one level is given and only that binds. Empty when the container
-// isn't found.
-std::string ObjectDnInContainer(const Cells& cells, int16_t first, int16_t last,
-                                std::string_view name);
-
-// The manager of a row, looked up without writing anything: its distinguished name, or the
-// code the manager step fails with (1005, 1006, 2020, 1007, 1123).
-struct ManagerLookup {
-    int32_t failure = 0;
-    std::string dn;
-    std::string containerPath;  // the OU path of the manager's span
-};
-ManagerLookup LookUpManager(const Cells& cells, int16_t mgrStart, int16_t mgrEnd,
-                            std::string_view mgrRdn);
-
-// How a step of an engine fails: a plain Raise, or, in the add, with the new OU marked for
-// removal first.
-using FailStep = std::function<void(int32_t code)>;
 
 // The ACE columns of one row, trimmed.
 struct AceCells {

@@ -1,39 +1,22 @@
 #pragma once
-// How an OU compare engine holds a row against the directory: the six properties and the
-// manager. Each difference is raised with the CSV value in MsgArg1 and the directory's value in
-// MsgArg2, and the engine goes on.
+// How an OU compare engine holds a row against the directory: the six properties by the compare
+// rule of every kind (engines/common/CompareRules.h), and the manager.
 
-#include <cstdint>
-#include <string_view>
-
-#include "directory/DirObject.h"
+#include "engines/common/CompareRules.h"
 #include "engines/ou/OUModesCommon.h"
 
 namespace orin::oumodes {
 
-struct OUProperty {
-    std::string_view column;  // the CSV column, also the attribute
-    int32_t differenceCode;   // the values differ
-    int32_t notClearedCode;   // "!C" in a modify row, and the attribute still has a value
-    bool multiline;           // "<Rtn>" stands for a line break
-};
+using OUProperty = orin::PropertyRule;
+using orin::CompareManagerOfAdd;
+using orin::CompareManagerOfModify;
+using orin::CompareProperty;
 
 // c, postalCode, st, l, street, description, in the order they are compared.
-extern const OUProperty kOUProperties[6];
-
-// Compares the cell of `property` with the attribute, ignoring case; an empty cell isn't
-// compared. With `clearMarker` a "!C" cell expects no value. Line breaks of a multi-line
-// property are compared, and reported, as "<改行>".
-void CompareProperty(DirObject& ou, const Cells& cells, const Columns& columns,
-                     const OUProperty& property, bool clearMarker);
-
-// The manager of an add or an export row: a container or a manager that can't be found fails
-// the row (2020, 1007); otherwise both names are compared in canonical form (20107).
-void CompareManagerOfAdd(DirObject& ou, const Cells& cells, const Columns& columns);
-
-// The manager of a modify row: "!C" expects none (20114); a manager whose container or object
-// isn't found is a difference (20115, 20116); the manager's OU path is first taken through the
-// renames that earlier rows of the run made (the rename ledger).
-void CompareManagerOfModify(DirObject& ou, const Cells& cells, const Columns& columns);
+inline constexpr OUProperty kOUProperties[6] = {
+    {"c", 20000, 20108, false},     {"postalCode", 20002, 20109, false},
+    {"st", 20004, 20110, false},    {"l", 20006, 20111, false},
+    {"street", 20105, 20112, true}, {"description", 20214, 20113, false},
+};
 
 }  // namespace orin::oumodes

@@ -18,32 +18,6 @@ void TraceFast(std::string_view procName, std::string_view text) {
     WriteTrace(TraceMode, true, kTraceFunction, procName, text);
 }
 
-// The manager's distinguished name when the fast path may write it; false when the lookup
-// fails (the exact way is to report it) or can't be made before the OU exists.
-bool ManagerForFastPath(const Cells& cells, const ManagerCells& manager, std::string_view newOuPath,
-                        std::string& dn) {
-    ManagerLookup found = LookUpManager(cells, manager.start, manager.end, manager.rdn);
-    if (found.failure != 0) return false;
-    // A manager in the OU being added is looked up after the create by the exact way, where
-    // the OU's own name then shadows a default container of the same name.
-    if (!newOuPath.empty() && EqualsIgnoreCase(found.containerPath, newOuPath)) return false;
-    dn = found.dn;
-    return true;
-}
-
-// True when the directory lets this session write every attribute on the object: the
-// exact way writes them one by one in modifies, where attribute rights are checked.
-bool MayWriteAll(const DirObject& object, const std::vector<std::string>& attributes) {
-    auto records =
-        ExecuteSearch("<" + object.ADsPath() + ">;(objectClass=*);allowedAttributesEffective;Base");
-    if (!records.ok() || records->size() != 1) return false;
-    std::vector<std::string> allowed = records->front().Values("allowedAttributesEffective");
-    return std::all_of(attributes.begin(), attributes.end(), [&](const std::string& attribute) {
-        return std::any_of(allowed.begin(), allowed.end(),
-                           [&](const std::string& a) { return EqualsIgnoreCase(a, attribute); });
-    });
-}
-
 }  // namespace
 
 void SetOUFastPath(bool enabled) {

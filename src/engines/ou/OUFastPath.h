@@ -41,6 +41,7 @@
 
 #include "directory/DirObject.h"
 #include "engines/access/AccessCodes.h"
+#include "engines/common/FastPathSupport.h"
 #include "engines/ou/OUCommon.h"
 
 namespace orin {
@@ -49,21 +50,6 @@ namespace orin {
 // for the benchmark's before-and-after figures.
 void SetOUFastPath(bool enabled);
 bool OUFastPathEnabled();
-
-// One property step of an add or modify row.
-struct PropertyWrite {
-    std::string attribute;
-    std::string value;   // as written: "<Rtn>" already expanded
-    bool clear = false;  // a modify's "!C"
-    int32_t code = 0;    // the step's failure code
-};
-
-// The manager columns of a row.
-struct ManagerCells {
-    int16_t start = -1;  // MgrOU-Start
-    int16_t end = -1;    // MgrOU-End
-    std::string rdn;     // MgrRDN; "" leaves the manager alone
-};
 
 // Add steps 7, 9 and 10 in one add. True when the OU stands with its properties and manager,
 // as the exact way would leave it after step 10; `created` is then the new OU. False when

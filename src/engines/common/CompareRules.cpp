@@ -1,4 +1,4 @@
-#include "engines/ou/OUCompareRules.h"
+#include "engines/common/CompareRules.h"
 
 #include <optional>
 #include <string>
@@ -9,10 +9,9 @@
 #include "directory/DirectorySession.h"
 #include "directory/Paths.h"
 #include "engines/Ledgers.h"
-#include "engines/ou/OUCommon.h"
 #include "platform/Strings.h"
 
-namespace orin::oumodes {
+namespace orin {
 namespace {
 
 constexpr std::string_view kLineBreak = "<改行>";
@@ -21,7 +20,13 @@ std::string ValueOf(DirObject& object, std::string_view attribute) {
     return object.Get(attribute).value_or("");
 }
 
-// Raises `code` with the two values in place when they differ, ignoring case.
+// The manager at `managerDn` against the object's managedBy, both in canonical form.
+void CompareManagerDn(DirObject& object, const std::string& managerDn) {
+    RaiseIfDifferent(CanonicalPath(managerDn), CanonicalPath(ValueOf(object, "managedBy")), 20107);
+}
+
+}  // namespace
+
 void RaiseIfDifferent(std::string expected, std::string actual, int32_t code) {
     const bool differ = ToUpperAscii(expected) != ToUpperAscii(actual);
     gRun.MsgArg1 = std::move(expected);
@@ -29,24 +34,11 @@ void RaiseIfDifferent(std::string expected, std::string actual, int32_t code) {
     if (differ) Raise(code);
 }
 
-// The manager at `containerDn` against the OU's managedBy, both in canonical form.
-void CompareManagerDn(DirObject& ou, const std::string& managerDn) {
-    RaiseIfDifferent(CanonicalPath(managerDn), CanonicalPath(ValueOf(ou, "managedBy")), 20107);
-}
-
-}  // namespace
-
-const OUProperty kOUProperties[6] = {
-    {"c", 20000, 20108, false},     {"postalCode", 20002, 20109, false},
-    {"st", 20004, 20110, false},    {"l", 20006, 20111, false},
-    {"street", 20105, 20112, true}, {"description", 20214, 20113, false},
-};
-
-void CompareProperty(DirObject& ou, const Cells& cells, const Columns& columns,
-                     const OUProperty& property, bool clearMarker) {
+void CompareProperty(DirObject& object, const Cells& cells, const Columns& columns,
+                     const PropertyRule& property, bool clearMarker) {
     std::string expected = Cell(cells, columns, property.column);
     if (expected.empty()) return;
-    std::string actual = ValueOf(ou, property.column);
+    std::string actual = ValueOf(object, property.column);
     if (clearMarker && IsClearMarker(expected)) {
         if (!actual.empty()) Raise(property.notClearedCode);
         return;
@@ -58,7 +50,7 @@ void CompareProperty(DirObject& ou, const Cells& cells, const Columns& columns,
     RaiseIfDifferent(std::move(expected), std::move(actual), property.differenceCode);
 }
 
-void CompareManagerOfAdd(DirObject& ou, const Cells& cells, const Columns& columns) {
+void CompareManagerOfAdd(DirObject& target, const Cells& cells, const Columns& columns) {
     const std::string manager = Cell(cells, columns, "MgrRDN");
     if (manager.empty()) return;
     CheckSpan(columns, "MgrOU-Start", "MgrOU-End", 1005, 1006);
@@ -67,14 +59,14 @@ void CompareManagerOfAdd(DirObject& ou, const Cells& cells, const Columns& colum
     if (managerDn.empty()) Raise(2020);
     DirObject object;
     if (!BindObject("LDAP://" + managerDn, object)) Raise(1007);
-    CompareManagerDn(ou, managerDn);
+    CompareManagerDn(target, managerDn);
 }
 
-void CompareManagerOfModify(DirObject& ou, const Cells& cells, const Columns& columns) {
+void CompareManagerOfModify(DirObject& target, const Cells& cells, const Columns& columns) {
     const std::string manager = Cell(cells, columns, "MgrRDN");
     if (manager.empty()) return;
     if (IsClearMarker(manager)) {
-        if (!ValueOf(ou, "managedBy").empty()) Raise(20114);
+        if (!ValueOf(target, "managedBy").empty()) Raise(20114);
         return;
     }
     CheckSpan(columns, "MgrOU-Start", "MgrOU-End", 1005, 1006);
@@ -99,7 +91,7 @@ void CompareManagerOfModify(DirObject& ou, const Cells& cells, const Columns& co
         Raise(20116);
         return;
     }
-    CompareManagerDn(ou, managerDn);
+    CompareManagerDn(target, managerDn);
 }
 
-}  // namespace orin::oumodes
+}  // namespace orin
