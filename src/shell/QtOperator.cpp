@@ -12,6 +12,8 @@
 #include <thread>
 
 #include "base/RunContext.h"
+#include "base/Trace.h"
+#include "directory/DirectorySession.h"
 #include "shell/EventLogViewer.h"
 #include "shell/ShellSupport.h"
 #include "shell/frmLogin.h"
@@ -113,12 +115,26 @@ DomainFields QtOperator::MainWindowDomainFields(OperationKind op) {
 
 MsgAnswer QtOperator::MessageBox(std::string_view title, std::string_view text, MsgIcon icon,
                                  MsgButtons buttons) {
+    return DetailedMessageBox(title, text, {}, icon, buttons);
+}
+
+MsgAnswer QtOperator::DetailedMessageBox(std::string_view title, std::string_view text,
+                                         std::string_view detail, MsgIcon icon,
+                                         MsgButtons buttons) {
     MsgAnswer answer = buttons == MsgButtons::YesNo ? MsgAnswer::No : MsgAnswer::Ok;
+    if (ending_) {
+        // Nobody is left to answer: a question is answered No, and the box goes to the trace.
+        WriteTrace(TraceMode, true, kTraceFunction, "MsgBox",
+                   std::string(title) + ": " + std::string(text) + " " + std::string(detail));
+        return answer;
+    }
     OnWindowThreadAndWait([&] {
         // A failed connection first takes its wait window away, then tells why.
         if (wait_ && wait_->role() == frmWait::Role::Connect) wait_->hide();
         QMessageBox box(BoxIcon(icon), Q(title), BoxText(text), QMessageBox::NoButton, Owner());
         box.setObjectName("MessageBox");
+        // The text stays as it is; the reason behind it waits under the "詳細" button.
+        if (!detail.empty()) box.setDetailedText(Q(detail));
         QPushButton* yes = nullptr;
         if (buttons == MsgButtons::YesNo) {
             yes = box.addButton(Q("はい(&Y)"), QMessageBox::YesRole);
@@ -189,7 +205,20 @@ void QtOperator::OpenEventLog(const std::filesystem::path& path) {
     }
 }
 
+void QtOperator::EndSession() {
+    if (ending_.exchange(true)) return;
+    if (progress_) gRun.intCancel = 1;
+    if (wait_ && wait_->role() == frmWait::Role::Collect) gRun.blnWaitCancelled = true;
+    if (progress_ && !progress_->runWorking()) progress_->accept();
+}
+
 void QtOperator::ShowLogin() {
+    if (ending_) {
+        gSession.LoginCancelled = true;
+        gSession.LoginFromMenu = false;
+        gSession.Connected = false;
+        return;
+    }
     OnWindowThreadAndWait([this] {
         frmLogin dialog(Owner());
         dialog.ShowModal();
@@ -233,10 +262,11 @@ void QtOperator::ShowProgress(const std::function<void()>& run) {
                 failure = std::current_exception();
             }
         }));
-        connect(worker.get(), &QThread::finished, &window, [&window] {
+        connect(worker.get(), &QThread::finished, &window, [this, &window] {
             window.SetRunWorking(false);
             // A run that ended without saying so still lets the operator close the window.
             window.SetCommandCaption(Q("OK"));
+            if (ending_) window.accept();
         });
         // The run starts once the window is on the screen.
         QTimer::singleShot(0, &window, [&worker] { worker->start(); });
