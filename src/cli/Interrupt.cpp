@@ -11,6 +11,8 @@ bool gTaken = false;
 
 void InstallInterruptHandler() {
     platform::CatchStopSignals();
+    // The runs make their directory requests on this thread.
+    platform::BlockStopSignalsHere();
 }
 
 bool TakeInterrupt() {

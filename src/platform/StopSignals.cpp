@@ -1,11 +1,12 @@
 #include "platform/StopSignals.h"
 
 #include <fcntl.h>
+#include <pthread.h>
 #include <signal.h>
 #include <unistd.h>
 
 #include <csignal>
-#include <initializer_list>
+#include <thread>
 
 namespace orin::platform {
 namespace {
@@ -28,13 +29,21 @@ extern "C" void OnStopSignal(int signo) {
     }
 }
 
+sigset_t StopSet() {
+    sigset_t set;
+    sigemptyset(&set);
+    for (int signo : {SIGINT, SIGTERM, SIGHUP}) sigaddset(&set, signo);
+    return set;
+}
+
 void Catch(int signo) {
     struct sigaction previous {};
-    if (sigaction(signo, nullptr, &previous) != 0 || previous.sa_handler == SIG_IGN) return;
+    if (sigaction(signo, nullptr, &previous) != 0) return;
+    if (signo == SIGHUP && previous.sa_handler == SIG_IGN) return;
     struct sigaction action {};
     action.sa_handler = OnStopSignal;
     sigemptyset(&action.sa_mask);
-    action.sa_flags = SA_RESTART;  // directory calls go on; the run stops at its next yield
+    action.sa_flags = SA_RESTART;
     sigaction(signo, &action, nullptr);
 }
 
@@ -46,6 +55,17 @@ void CatchStopSignals() {
     caught = true;
     if (pipe2(gPipe, O_CLOEXEC | O_NONBLOCK) != 0) gPipe[0] = gPipe[1] = -1;
     for (int signo : {SIGINT, SIGTERM, SIGHUP}) Catch(signo);
+    // The receiving thread does nothing but wait: the handler runs on it.
+    std::thread([] {
+        const sigset_t stops = StopSet();
+        pthread_sigmask(SIG_UNBLOCK, &stops, nullptr);
+        for (;;) pause();
+    }).detach();
+}
+
+void BlockStopSignalsHere() {
+    const sigset_t stops = StopSet();
+    pthread_sigmask(SIG_BLOCK, &stops, nullptr);
 }
 
 int StopSignal() {

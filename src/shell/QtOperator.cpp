@@ -14,6 +14,7 @@
 #include "base/RunContext.h"
 #include "base/Trace.h"
 #include "directory/DirectorySession.h"
+#include "platform/StopSignals.h"
 #include "shell/EventLogViewer.h"
 #include "shell/ShellSupport.h"
 #include "shell/frmLogin.h"
@@ -56,6 +57,7 @@ void WaitServingEvents(QThread* thread) {
 void RunOffWindowThread(const std::function<void()>& work) {
     std::exception_ptr failure;
     std::unique_ptr<QThread> worker(QThread::create([&] {
+        platform::BlockStopSignalsHere();  // no directory request is cut short by one
         try {
             work();
         } catch (...) {
@@ -256,6 +258,7 @@ void QtOperator::ShowProgress(const std::function<void()>& run) {
 
         std::exception_ptr failure;
         std::unique_ptr<QThread> worker(QThread::create([&] {
+            platform::BlockStopSignalsHere();
             try {
                 run();
             } catch (...) {
