@@ -196,7 +196,8 @@ std::string TlsHostAndPort() {
 std::string CertificateNotTrusted() {
     const std::string ca = SessionOptions().caFile;
     return "certificate not trusted: " + TlsHostAndPort() + ", checked for that name against " +
-           (ca.empty() ? std::string("the system trust store") : ca) + " (use --ca-file)";
+           (ca.empty() ? std::string("the system trust store") : ca) +
+           " (use --ca-file or LDAPTLS_CACERT)";
 }
 
 // Binds `conn` (ldap://DC:389) with a Kerberos ticket obtained from the password. The bind

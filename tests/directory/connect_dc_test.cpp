@@ -154,7 +154,7 @@ TEST_F(Connect, FailuresShowTheirBoxAndSayWhyAndLeaveNoSession) {
          {&DirectorySession::CaFile, ""},
          kDns,
          untrusted + "orindc.orin.test:636, checked for that name against the system trust store "
-                     "(use --ca-file)"},
+                     "(use --ca-file or LDAPTLS_CACERT)"},
         // Reached by address, the certificate (issued to the host name) does not match.
         {remote, {&DirectorySession::DcComputerName, "127.0.0.1"}, kDns, untrusted + "127.0.0.1"},
     };
