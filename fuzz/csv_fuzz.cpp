@@ -1,6 +1,8 @@
-// Feeds arbitrary bytes to every CSV reader as a file on disk: the header and count readers,
-// the Mirror flags with the three row predicates on every ordinal, and the row-by-row split
-// that the row loops do. None of them may crash, hang or read out of bounds on any input.
+// Feeds arbitrary bytes to every CSV reader as a file on disk: the text check, the header and
+// count readers, the Mirror flags with the three row predicates on every ordinal, and the
+// row-by-row split that the row loops do. None of them may crash, hang or read out of bounds
+// on any input, no line handed out may hold U+FFFD or a NUL, and the row loop's reading stops
+// exactly at the line the driver's text check names.
 
 #include <unistd.h>
 
@@ -13,9 +15,9 @@
 #include <system_error>
 #include <vector>
 
+#include "base/MirrorChain.h"
 #include "base/RunContext.h"
 #include "csv/ColumnRegistry.h"
-#include "base/MirrorChain.h"
 #include "csv/CsvReader.h"
 #include "platform/TextFile.h"
 
@@ -52,6 +54,7 @@ extern "C" int LLVMFuzzerTestOneInput(const uint8_t* data, size_t size) {
 
     CheckFileOpens(path);
     FileExists(path);
+    const int32_t badLine = CheckFileText(path);
     HasHeaderLine(path);
 
     // The user modify list is the longest; the OU add list holds the empty placeholder name.
@@ -74,6 +77,8 @@ extern "C" int LLVMFuzzerTestOneInput(const uint8_t* data, size_t size) {
     std::string line;
     size_t cellBytes = 0;
     while (reader.ReadLine(line)) {
+        if (line.find("\xEF\xBF\xBD") != std::string::npos) std::abort();
+        if (line.find('\0') != std::string::npos) std::abort();
         if (IsIgnoredLine(line)) continue;
         std::vector<std::string> cells = SplitCells(line);
         if (IsRowEmpty(cells)) continue;
@@ -83,6 +88,7 @@ extern "C" int LLVMFuzzerTestOneInput(const uint8_t* data, size_t size) {
         }
         cellBytes += CellOf(cells, "Mirror").size();
     }
+    if (reader.BadLine() != badLine) std::abort();
     if (cellBytes == SIZE_MAX) std::abort();  // keeps the reads from being optimised away
     return 0;
 }

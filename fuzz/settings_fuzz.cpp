@@ -3,7 +3,9 @@
 // sanitizer reports it checks what must hold for any file:
 // - GetEnvValue never returns a value with a tab or with a blank at either end;
 // - UpdateIni in a writable folder leaves Orin.ini with as many lines as before and no scratch
-//   copy behind, and never writes the password.
+//   copy behind, and never writes the password;
+// - a file with a line that isn't CP932 text is not read at all: the session holds the defaults
+//   and the file is kept whole as Orin_bad.ini; no setting ever holds U+FFFD.
 
 #include <cstdint>
 #include <cstdlib>
@@ -85,7 +87,19 @@ extern "C" int LLVMFuzzerTestOneInput(const uint8_t* data, size_t size) {
 
     gSession = DirectorySession{};
     gSession.Password = kPassword;
+    gSession.DomainDNSName = "before.example";
+    const bool damaged = platform::FirstLineNotCp932(ini) != 0;
     ReadIni();
+    for (const std::string* value :
+         {&gSession.DomainDNSName, &gSession.DomainNetBIOSName, &gSession.DcComputerName,
+          &gSession.UserName, &gSession.Method}) {
+        if (value->find("\xEF\xBF\xBD") != std::string::npos) std::abort();
+    }
+    if (damaged) {
+        if (!gSession.DomainDNSName.empty() || gSession.Method != "local") std::abort();
+        std::ifstream kept(gHome / "Orin_bad.ini", std::ios::binary);
+        if (std::string((std::istreambuf_iterator<char>(kept)), {}) != input) std::abort();
+    }
 
     std::vector<std::string> lines;
     platform::ReadAllLines(ini, lines);

@@ -33,6 +33,14 @@ class Operator {
     // A modal message box. The text may hold "\r" (a carriage return) between its sentences.
     virtual MsgAnswer MessageBox(std::string_view title, std::string_view text, MsgIcon icon,
                                  MsgButtons buttons) = 0;
+    // A message box whose fixed text comes with the reason behind it (a server's own words):
+    // the window keeps it under "詳細", the command line prints it as a line of its own. A front
+    // end with no place for it shows the box alone.
+    virtual MsgAnswer DetailedMessageBox(std::string_view title, std::string_view text,
+                                         std::string_view /*detail*/, MsgIcon icon,
+                                         MsgButtons buttons) {
+        return MessageBox(title, text, icon, buttons);
+    }
 
     // frmProgress: window caption; Label1 (status text, red after a cancel); Label3 and Label9
     // (captions of the two counters); Label5 (total, also the bar's maximum); Label6, Label7,

@@ -17,8 +17,9 @@ enum ExitStatus : int {
     kExitWarning = 2,        // warnings or differences, and no failure
     kExitStopped = 3,        // stopped before the run: a check, a question answered No
     kExitNoConnection = 4,   // the domain could not be reached, or the login was refused
+    kExitTerminated = 5,     // SIGTERM or SIGHUP stopped it, as Ctrl-C does (130)
     kExitUsage = 64,         // bad command line
-    kExitInterrupted = 130,  // the run was cancelled with Ctrl-C
+    kExitInterrupted = 130,  // Ctrl-C stopped it: the run in work cancelled, its summary written
 };
 
 struct RunOptions {

@@ -1,5 +1,6 @@
 #include "cli/RunCommand.h"
 
+#include <csignal>
 #include <cstdlib>
 #include <filesystem>
 #include <iostream>
@@ -60,6 +61,12 @@ int StatusOfCompletedRun(const RunOptions& options) {
     return kExitSuccess;
 }
 
+// A run that a stop signal ended, whether it had begun or not: Ctrl-C has a status of its own.
+int StatusOfStop() {
+    return InterruptSignal() == SIGTERM || InterruptSignal() == SIGHUP ? kExitTerminated
+                                                                       : kExitInterrupted;
+}
+
 }  // namespace
 
 int RunCommand(const RunOptions& options) {
@@ -101,20 +108,13 @@ int RunCommand(const RunOptions& options) {
             std::cout << line << "\n";
         std::cout << std::flush;
     }
-    switch (end) {
-        case DriverEnd::Completed:
-            return StatusOfCompletedRun(options);
-        case DriverEnd::Cancelled:
-            return kExitInterrupted;
-        case DriverEnd::Failed:
-            return kExitFailure;
-        case DriverEnd::Stopped:
-            return kExitStopped;
-        case DriverEnd::NoConnection:
-            // A login whose values are missing never tried to connect: that is a stop.
-            return terminal.ConnectionFailed() ? kExitNoConnection : kExitStopped;
-    }
-    return kExitFailure;
+    if (end == DriverEnd::Completed) return StatusOfCompletedRun(options);
+    // The command line's only Cancel is a stop signal, which also stops a run that hasn't begun.
+    if (end == DriverEnd::Cancelled || InterruptSignal() != 0) return StatusOfStop();
+    if (end == DriverEnd::Failed) return kExitFailure;
+    // A login whose values are missing never tried to connect: that is a stop.
+    if (end == DriverEnd::NoConnection && terminal.ConnectionFailed()) return kExitNoConnection;
+    return kExitStopped;
 }
 
 }  // namespace orin::cli

@@ -1,9 +1,12 @@
 #include "cli/TerminalOperator.h"
 
+#include <poll.h>
 #include <unistd.h>
 
 #include <algorithm>
+#include <cerrno>
 #include <iostream>
+#include <optional>
 
 #include "base/RunContext.h"
 #include "cli/Interrupt.h"
@@ -25,6 +28,22 @@ bool IsYes(std::string answer) {
 }
 
 constexpr int kBarWidth = 30;
+
+// A line typed at the terminal; nothing at the end of the input, or when a stop signal comes
+// before the answer.
+std::optional<std::string> ReadAnswer() {
+    pollfd terminal{STDIN_FILENO, POLLIN, 0};
+    while (InterruptSignal() == 0) {
+        const bool buffered = std::cin.rdbuf()->in_avail() > 0;
+        const int ready = buffered ? 1 : poll(&terminal, 1, 200);
+        if (ready < 0 && errno != EINTR) return std::nullopt;
+        if (ready <= 0) continue;
+        std::string line;
+        if (!std::getline(std::cin, line)) return std::nullopt;
+        return line;
+    }
+    return std::nullopt;
+}
 
 }  // namespace
 
@@ -55,6 +74,11 @@ MsgAnswer TerminalOperator::MessageBox(std::string_view title, std::string_view 
         return MsgAnswer::Ok;
     }
     std::cerr << " [y/n] " << std::flush;
+    // Once a stop signal has come, nothing more is begun.
+    if (InterruptSignal() != 0) {
+        std::cerr << "n\n";
+        return MsgAnswer::No;
+    }
     if (assumeYes_) {
         std::cerr << "y\n";
         return MsgAnswer::Yes;
@@ -63,12 +87,19 @@ MsgAnswer TerminalOperator::MessageBox(std::string_view title, std::string_view 
         std::cerr << "n\n";
         return MsgAnswer::No;
     }
-    std::string answer;
-    if (!std::getline(std::cin, answer)) {
+    const std::optional<std::string> answer = ReadAnswer();
+    if (!answer) {
         std::cerr << "\n";
         return MsgAnswer::No;
     }
-    return IsYes(answer) ? MsgAnswer::Yes : MsgAnswer::No;
+    return IsYes(*answer) ? MsgAnswer::Yes : MsgAnswer::No;
+}
+
+MsgAnswer TerminalOperator::DetailedMessageBox(std::string_view title, std::string_view text,
+                                               std::string_view detail, MsgIcon icon,
+                                               MsgButtons buttons) {
+    if (detail.empty()) return MessageBox(title, text, icon, buttons);
+    return MessageBox(title, std::string(text) + "\r" + std::string(detail), icon, buttons);
 }
 
 void TerminalOperator::SetProgressTitle(std::string_view caption) {

@@ -1,7 +1,8 @@
 #pragma once
-// The operator of the command line. Message boxes go to stderr as "title: text"; questions are
-// answered Yes with --yes, asked on the terminal otherwise, and answered No when there is no
-// terminal to ask. The progress window is a bar on stderr when stderr is a terminal; Ctrl-C is
+// The operator of the command line. Message boxes go to stderr as "title: text", with a box's
+// detail as a line of its own; questions are answered Yes with --yes, asked on the terminal
+// otherwise, and answered No when there is no terminal to ask or a stop signal has come. The
+// progress window is a bar on stderr when stderr is a terminal; Ctrl-C, SIGTERM and SIGHUP are
 // its Cancel button. The login dialog has nothing to ask: the values come from the options and
 // Orin.ini, and a login that failed once is not offered again.
 
@@ -27,6 +28,9 @@ class TerminalOperator : public Operator {
     DomainFields MainWindowDomainFields(OperationKind op) override;
     MsgAnswer MessageBox(std::string_view title, std::string_view text, MsgIcon icon,
                          MsgButtons buttons) override;
+    MsgAnswer DetailedMessageBox(std::string_view title, std::string_view text,
+                                 std::string_view detail, MsgIcon icon,
+                                 MsgButtons buttons) override;
     void SetProgressTitle(std::string_view caption) override;
     void SetStatus(std::string_view text, bool red) override;
     void SetCounterCaptions(std::string_view first, std::string_view second) override;

@@ -69,6 +69,10 @@ bool CheckFileOpens(const std::filesystem::path& path) {
     return platform::CanOpenForReading(path);
 }
 
+int32_t CheckFileText(const std::filesystem::path& path) {
+    return platform::FirstLineNotCp932(path);
+}
+
 bool FileExists(const std::filesystem::path& path) {
     std::error_code ec;
     return std::filesystem::exists(path, ec) && !std::filesystem::is_directory(path, ec);

@@ -41,6 +41,9 @@ std::string RawCellAt(const std::vector<std::string>& cells, int16_t index);
 
 // True when the file can be opened for reading (and closes it again).
 bool CheckFileOpens(const std::filesystem::path& path);
+// The number of the first line that isn't CP932 text (bytes CP932 doesn't have, a NUL); 0 when
+// every line is. The other readers stop at such a line as at the end of the file.
+int32_t CheckFileText(const std::filesystem::path& path);
 // True when the path names an existing file (a folder doesn't count).
 bool FileExists(const std::filesystem::path& path);
 // True when some line of the file begins with "!"; stops at the first one.

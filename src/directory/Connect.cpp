@@ -62,8 +62,8 @@ void Fail(std::string_view procName, std::string_view headline, std::string_view
           const std::string& cause) {
     Forget();
     WriteTrace(TraceMode, true, kTraceSub, procName, std::string(detail) + " " + cause);
-    TheOperator().MessageBox(kTitle, std::string(headline) + "\r" + std::string(detail),
-                             MsgIcon::Critical, MsgButtons::Ok);
+    TheOperator().DetailedMessageBox(kTitle, std::string(headline) + "\r" + std::string(detail),
+                                     cause, MsgIcon::Critical, MsgButtons::Ok);
 }
 
 LdapStatus ReadRootDse(LdapConnection& conn, std::string_view attribute, std::string& value) {
@@ -188,6 +188,18 @@ bool OffersTls() {
     return LdapConnection::Create(TlsUri(), options, probe).ok() && SecureWithTls(*probe).ok();
 }
 
+// "host:port" of the TLS channel.
+std::string TlsHostAndPort() {
+    return gSession.DcComputerName + (gSession.UseStartTls ? ":389" : ":636");
+}
+
+std::string CertificateNotTrusted() {
+    const std::string ca = SessionOptions().caFile;
+    return "certificate not trusted: " + TlsHostAndPort() + ", checked for that name against " +
+           (ca.empty() ? std::string("the system trust store") : ca) +
+           " (use --ca-file or LDAPTLS_CACERT)";
+}
+
 // Binds `conn` (ldap://DC:389) with a Kerberos ticket obtained from the password. The bind
 // counts only when the Kerberos security layer seals the session.
 LdapStatus BindKerberos(LdapConnection& conn) {
@@ -215,24 +227,34 @@ LdapStatus BindKerberos(LdapConnection& conn) {
     return status;
 }
 
-// Secures and binds one of the prepared connections (either may be null, as the session's
-// RemoteAuthentication allows): TLS with a simple bind where the DC offers TLS, else Kerberos.
-// A DC that offers TLS with a certificate that fails the check is not a reason for Kerberos:
-// that is the operator's to settle (a CA file, or Kerberos chosen explicitly). `out` gets the
-// bound connection.
+// Secures and binds one of the prepared connections, as the session's RemoteAuthentication
+// allows (`tls` is null for Kerberos alone; `plain`, to port 389, is always there): TLS with a
+// simple bind where the DC offers TLS, else Kerberos. A DC that offers TLS with a certificate
+// that fails the check is not a reason for Kerberos: that is the operator's to settle (a CA
+// file, or Kerberos chosen explicitly). `out` gets the bound connection; a failure's message
+// says why in words the operator can act on.
 LdapStatus BindRemote(std::unique_ptr<LdapConnection> tls, std::unique_ptr<LdapConnection> plain,
-                      std::unique_ptr<LdapConnection>& out) {
+                      bool kerberos, std::unique_ptr<LdapConnection>& out) {
     if (tls) {
         LdapStatus status = SecureWithTls(*tls);
-        if (status.ok() || !plain) {
-            if (status.ok()) status = tls->SimpleBind(RemoteBindName(), gSession.Password);
+        if (status.ok()) {
+            status = tls->SimpleBind(RemoteBindName(), gSession.Password);
             if (status.ok()) out = std::move(tls);
             return status;
         }
+        // Whether the DC is there at all: connecting to port 389 sends nothing.
+        const bool timedOut = status.code == platform::kLdapTimeout;
         LdapStatus reached = plain->Connect();
-        if (!reached.ok()) return {reached.code, status.message + "; " + reached.message};
-        if (OffersTls()) {
-            return {status.code, status.message + " (the DC offers TLS: certificate not trusted)"};
+        if (!reached.ok()) {
+            if (timedOut) return status;
+            return {reached.code, status.message + "; " + reached.message};
+        }
+        if (!timedOut && OffersTls()) return {status.code, CertificateNotTrusted()};
+        if (!kerberos) {
+            if (timedOut) return status;
+            return {status.code, "no TLS at " + TlsHostAndPort() + " (" + status.message +
+                                     "), and a simple bind without it is refused (use --auth "
+                                     "kerberos)"};
         }
         WriteTrace(
             TraceMode, true, kTraceSub, "ConnectRemote",
@@ -289,7 +311,7 @@ void ConnectRemote() {
         if (auth != RemoteAuth::KerberosOnly) {
             status = LdapConnection::Create(TlsUri(), SessionOptions(), tls);
         }
-        if (status.ok() && auth != RemoteAuth::TlsOnly) {
+        if (status.ok()) {
             status = LdapConnection::Create(platform::LdapUri("ldap", gSession.DcComputerName, 389),
                                             SessionOptions(), plain);
         }
@@ -298,7 +320,7 @@ void ConnectRemote() {
 
     // The domain root under the given credentials, over an encrypted channel only.
     std::unique_ptr<LdapConnection> conn;
-    status = BindRemote(std::move(tls), std::move(plain), conn);
+    status = BindRemote(std::move(tls), std::move(plain), auth != RemoteAuth::TlsOnly, conn);
     if (!status.ok()) return Fail(kProc, kRemoteHeadline, kDnsNameFailed, status.message);
     gSession.Connection = std::move(conn);
     auto root = DirObject::Load(gSession.Connection, gSession.DcComputerName, gSession.DomainDN);

@@ -2,7 +2,10 @@
 // Binding the domain once for the life of the process: the two connection methods of the
 // login dialog. Both fill gSession (Connection, RootObject, RootLdapPath) and set
 // gSession.Connected; a failure shows the "ﾄﾞﾒｲﾝ接続" box through TheOperator() and leaves no
-// connection behind.
+// connection behind. The box's text is fixed; its detail (and the trace) says why: the server's
+// result and its own words, "certificate not trusted: ... (use --ca-file or LDAPTLS_CACERT)", "no
+// answer from host:port within N s", or "no TLS at host:port ..." where a simple bind would need
+// it.
 //
 // local:  the logged-on user's Kerberos credentials (SASL GSSAPI), against the domain's DNS
 //         name. The name leads to a DC; the bind goes to that DC's own host name, the name its

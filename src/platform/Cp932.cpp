@@ -66,17 +66,29 @@ size_t Utf8SequenceLength(unsigned char lead) {
 
 }  // namespace
 
+std::optional<std::string> DecodeCp932(std::string_view bytes, size_t* badOffset) {
+    std::string out;
+    out.reserve(bytes.size() + bytes.size() / 2);
+    bool bad = false;
+    const size_t used = Decoder().Convert(bytes, out, bad);
+    if (!bad) return out;
+    if (badOffset) *badOffset = used;
+    return std::nullopt;
+}
+
 std::string Cp932ToUtf8(std::string_view bytes) {
+    static constexpr char kHex[] = "0123456789ABCDEF";
     std::string out;
     out.reserve(bytes.size() + bytes.size() / 2);
     while (!bytes.empty()) {
         bool bad = false;
-        size_t used = Decoder().Convert(bytes, out, bad);
-        bytes.remove_prefix(used);
-        if (bad) {
-            out += "\xEF\xBF\xBD";  // U+FFFD
-            bytes.remove_prefix(1);
-        }
+        bytes.remove_prefix(Decoder().Convert(bytes, out, bad));
+        if (!bad) break;
+        const auto byte = static_cast<unsigned char>(bytes.front());
+        out += "\\x";
+        out += kHex[byte >> 4];
+        out += kHex[byte & 0xF];
+        bytes.remove_prefix(1);
     }
     return out;
 }

@@ -40,6 +40,13 @@ std::string Text(std::string_view text) {
     return std::string(text);
 }
 
+// "host:port" of "scheme://host:port/".
+std::string HostAndPort(std::string_view uri) {
+    if (const size_t scheme = uri.find("://"); scheme != std::string_view::npos)
+        uri.remove_prefix(scheme + 3);
+    return std::string(uri.substr(0, uri.find('/')));
+}
+
 // The name of an attribute description without its options: "member;range=0-*" -> "member".
 std::string_view BaseName(std::string_view description) {
     return description.substr(0, description.find(';'));
@@ -332,20 +339,37 @@ LdapStatus LdapConnection::ApplyOptions() {
 }
 
 LdapStatus LdapConnection::ErrorFromHandle(int code, std::string_view what) const {
-    std::string message = Text(what) + ": " + ldap_err2string(code);
+    // A server's answer carries its result code and its own words; libldap's codes its text.
+    std::string message = Text(what) + ": ";
+    if (code > 0) message += "result " + std::to_string(code) + " ";
+    message += ldap_err2string(code);
     char* diagnostic = nullptr;
     if (ld_ && ldap_get_option(ld_, LDAP_OPT_DIAGNOSTIC_MESSAGE, &diagnostic) == LDAP_OPT_SUCCESS &&
         diagnostic) {
-        if (*diagnostic) message += std::string(" (") + diagnostic + ")";
+        if (*diagnostic && std::string_view(diagnostic) != "(unknown error code)") {
+            message +=
+                code > 0 ? std::string(": ") + diagnostic : std::string(" (") + diagnostic + ")";
+        }
         ldap_memfree(diagnostic);
     }
     return {code == LDAP_SUCCESS ? kLdapParamError : code, message};
 }
 
+LdapStatus LdapConnection::NoAnswer() const {
+    return {kLdapTimeout, "no answer from " + HostAndPort(uri_) + " within " +
+                              std::to_string(options_.networkTimeoutSeconds) + " s"};
+}
+
 LdapStatus LdapConnection::Connect() {
     if (!ld_) return {kLdapServerDown, "connection to " + uri_ + " closed"};
     if (connected_) return {};
+    const auto start = std::chrono::steady_clock::now();
     int rc = WithHandshakeDeadline([this] { return ldap_connect(ld_); });
+    // libldap reports a TCP connect that ran out of time as a server it can't contact.
+    const auto waited = std::chrono::steady_clock::now() - start;
+    if (rc == LDAP_SERVER_DOWN && waited >= std::chrono::seconds(options_.networkTimeoutSeconds))
+        rc = LDAP_TIMEOUT;
+    if (rc == LDAP_TIMEOUT) return NoAnswer();
     if (rc != LDAP_SUCCESS) return ErrorFromHandle(rc, "connect " + uri_);
     connected_ = true;
     return {};
@@ -356,6 +380,7 @@ LdapStatus LdapConnection::StartTls() {
     if (!status.ok()) return status;
     if (ldap_tls_inplace(ld_)) return {};
     int rc = WithHandshakeDeadline([this] { return ldap_start_tls_s(ld_, nullptr, nullptr); });
+    if (rc == LDAP_TIMEOUT) return NoAnswer();
     if (rc != LDAP_SUCCESS) return ErrorFromHandle(rc, "StartTLS " + uri_);
     startedTls_ = true;
     return {};

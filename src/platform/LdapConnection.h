@@ -32,8 +32,10 @@ namespace orin::platform {
 class KerberosCredentials;  // platform/Kerberos.h
 
 // An LDAP result code (0 success, 32 no such object, 49 invalid credentials...) or a libldap
-// API code (negative: -1 server down, -5 timeout, -11 connect error...). The message holds the
-// code's text and the server's diagnostic, for traces and tests.
+// API code (negative: -1 server down, -5 timeout, -11 connect error...). The message says what
+// was tried and why it failed: a server's result code with its own words ("bind as x: result
+// 49 Invalid credentials: 80090308: ..."), libldap's text, or "no answer from host:port within
+// N s" for a connection or handshake that ran out of time.
 struct LdapStatus {
     int code = 0;
     std::string message;
@@ -163,6 +165,8 @@ class LdapConnection {
                          const std::function<bool()>& mayRepeat = {});
     LdapStatus Reopen();
     LdapStatus ErrorFromHandle(int code, std::string_view what) const;
+    // A connect or TLS handshake that ran out of the network timeout.
+    LdapStatus NoAnswer() const;
     LdapStatus SearchPage(std::string_view base, LdapScope scope, std::string_view filter,
                           const std::vector<std::string>& attributes,
                           const std::function<bool(LdapEntry&)>& onEntry,

@@ -6,6 +6,8 @@ namespace orin::platform {
 
 bool LineReader::Open(const std::filesystem::path& path) {
     Close();
+    lineNumber_ = 0;
+    badLine_ = 0;
     std::error_code ec;
     if (std::filesystem::is_directory(path, ec)) return false;
     file_ = std::fopen(path.c_str(), "rb");
@@ -14,7 +16,7 @@ bool LineReader::Open(const std::filesystem::path& path) {
 
 bool LineReader::ReadLine(std::string& line) {
     line.clear();
-    if (!file_) return false;
+    if (!file_ || badLine_ != 0) return false;
     std::string raw;
     int c = std::getc(file_);
     if (c == EOF) return false;
@@ -28,13 +30,28 @@ bool LineReader::ReadLine(std::string& line) {
         raw.push_back(static_cast<char>(c));
         c = std::getc(file_);
     }
-    line = Cp932ToUtf8(raw);
+    ++lineNumber_;
+    std::optional<std::string> text = DecodeCp932(raw);
+    if (!text || raw.find('\0') != std::string::npos) {
+        badLine_ = lineNumber_;
+        return false;
+    }
+    line = std::move(*text);
     return true;
 }
 
 void LineReader::Close() {
     if (file_) std::fclose(file_);
     file_ = nullptr;
+}
+
+int32_t FirstLineNotCp932(const std::filesystem::path& path) {
+    LineReader reader;
+    if (!reader.Open(path)) return 0;
+    std::string line;
+    while (reader.ReadLine(line)) {
+    }
+    return reader.BadLine();
 }
 
 bool CanOpenForReading(const std::filesystem::path& path) {
@@ -78,7 +95,7 @@ bool ReadAllLines(const std::filesystem::path& path, std::vector<std::string>& l
     if (!reader.Open(path)) return false;
     std::string line;
     while (reader.ReadLine(line)) lines.push_back(line);
-    return true;
+    return reader.BadLine() == 0;
 }
 
 }  // namespace orin::platform

@@ -93,6 +93,15 @@ DriverEnd RunRowLoopDriver(const DriverSpec& driver) {
             MsgIcon::Critical);
         return DriverEnd::Stopped;
     }
+    if (const int32_t line = CheckFileText(csv); line != 0) {
+        // Every reader stops at such a line: the file is refused whole, before its first row.
+        Box(title,
+            "CSVﾌｧｲﾙの" + std::to_string(line) +
+                "行目にCP932(Shift_JIS)ではない文字があります！\r"
+                "ﾌｧｲﾙをCP932(Shift_JIS)で保存し直してください。",
+            MsgIcon::Critical);
+        return DriverEnd::Stopped;
+    }
     if (!HasHeaderLine(csv)) {
         Box(title, "CSVﾌｧｲﾙにﾍｯﾀﾞ行が見つかりません！\rﾃﾝﾌﾟﾚｰﾄﾌｧｲﾙを参照しﾍｯﾀﾞを定義してください。",
             MsgIcon::Critical);

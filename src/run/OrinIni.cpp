@@ -122,6 +122,10 @@ std::filesystem::path IniTmpFilePath() {
     return platform::AppFolder() / "Orin_tmp.ini";
 }
 
+std::filesystem::path IniBadFilePath() {
+    return platform::AppFolder() / "Orin_bad.ini";
+}
+
 std::string GetEnvValue(std::string_view line, [[maybe_unused]] std::string_view key) {
     // The value is cut from the line whether or not "key=" occurs in it: a line without the key
     // does not give "NotFound". ReadIni's not-found message therefore only appears for a value
@@ -160,9 +164,37 @@ void CreateDefaultIni() {
         ShowCritical(kFileAccessTitle, "ﾌｧｲﾙへの書込みが失敗しました！", kIniFileName);
 }
 
+namespace {
+
+// A settings file with a line that isn't CP932 text is not read at all: it goes aside as
+// Orin_bad.ini, the default file takes its place, and the session takes the defaults.
+void ReplaceDamagedIni(int32_t line) {
+    std::error_code ec;
+    std::filesystem::rename(IniFilePath(), IniBadFilePath(), ec);
+    gSession.DomainDNSName.clear();
+    gSession.DomainNetBIOSName.clear();
+    gSession.DcComputerName.clear();
+    gSession.UserName.clear();
+    gSession.Method = "local";
+    gSession.NeverShowAgain = false;
+    ShowCritical(
+        kIniErrorTitle,
+        "iniﾌｧｲﾙの" + std::to_string(line) + "行目にCP932(Shift_JIS)ではない文字があります！",
+        ec ? std::string("Orin.iniを読まずに既定値を使います。")
+           : std::string("既定値のOrin.iniを作り直しました。元のﾌｧｲﾙはOrin_bad.iniに"
+                         "残してあります。"));
+    if (!ec) CreateDefaultIni();
+}
+
+}  // namespace
+
 void ReadIni() {
     if (!IniExists()) {
         ShowCritical(kFileAccessTitle, "iniﾌｧｲﾙが存在しません。", kIniFileName);
+        return;
+    }
+    if (const int32_t line = platform::FirstLineNotCp932(IniFilePath()); line != 0) {
+        ReplaceDamagedIni(line);
         return;
     }
     // A file that exists but can't be read leaves the session as it is, like a missing key.

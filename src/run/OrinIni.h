@@ -17,12 +17,16 @@ namespace orin {
 // failed update), both in platform::AppFolder().
 std::filesystem::path IniFilePath();
 std::filesystem::path IniTmpFilePath();
+// Where a damaged Orin.ini goes when ReadIni replaces it by the default file.
+std::filesystem::path IniBadFilePath();
 
 // Writes the default Orin.ini when there is none; an existing file is left alone.
 void CreateDefaultIni();
 
 // Fills the six settings fields of gSession from Orin.ini. A field whose key is missing from
-// the file keeps its value.
+// the file keeps its value. A file with a line that isn't CP932 text is never half read: it is
+// reported, kept as Orin_bad.ini and replaced by the default file, and the session takes the
+// defaults.
 void ReadIni();
 
 // Writes the settings fields of gSession back into Orin.ini, keeping every other line where it

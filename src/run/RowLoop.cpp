@@ -147,6 +147,10 @@ void RunRows(const RowLoopRules& rules, const std::filesystem::path& csvPath, Ro
         ShowCounters(op);
         TheOperator().Yield();
     }
+    if (reader.BadLine() != 0) {
+        // The file was checked before the run: it changed under it. What follows isn't read.
+        TraceLoop("line is not CP932 text, LineNumber = " + std::to_string(reader.BadLine()));
+    }
     reader.Close();
     if (!cancelled) return;
 

@@ -7,10 +7,13 @@
 #include <QPushButton>
 #include <QScrollBar>
 #include <QVBoxLayout>
+#include <filesystem>
+#include <fstream>
+#include <iterator>
 #include <string>
-#include <vector>
 
 #include "base/Operator.h"
+#include "platform/Cp932.h"
 #include "platform/TextFile.h"
 #include "shell/ShellSupport.h"
 
@@ -82,12 +85,17 @@ QString EventLogViewer::text() const {
 }
 
 bool EventLogViewer::Reload() {
-    std::vector<std::string> lines;
-    if (!platform::ReadAllLines(path_, lines)) return false;
-    QStringList shown;
-    shown.reserve(static_cast<qsizetype>(lines.size()));
-    for (const std::string& line : lines) shown << Q(line);
-    txtLog_->setPlainText(shown.join(QLatin1Char('\n')));
+    std::error_code ec;
+    if (!std::filesystem::is_regular_file(path_, ec)) return false;
+    std::ifstream in(path_, std::ios::binary);
+    if (!in) return false;
+    // Shown only: a byte that isn't CP932 (a log edited elsewhere) shows as \xNN instead of
+    // hiding the rest of the log.
+    QString text = Q(platform::Cp932ToUtf8(std::string(std::istreambuf_iterator<char>(in), {})));
+    text.replace(QStringLiteral("\r\n"), QStringLiteral("\n"));
+    text.replace(QLatin1Char('\r'), QLatin1Char('\n'));
+    if (text.endsWith(QLatin1Char('\n'))) text.chop(1);
+    txtLog_->setPlainText(text);
     txtLog_->verticalScrollBar()->setValue(txtLog_->verticalScrollBar()->maximum());
     return true;
 }

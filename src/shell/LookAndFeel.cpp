@@ -9,6 +9,22 @@
 #include <QTranslator>
 
 namespace orin::shell {
+namespace {
+
+// The button of a message box that shows and hides its detail, in the program's words.
+class DetailButtonTexts final : public QTranslator {
+  public:
+    using QTranslator::QTranslator;
+    bool isEmpty() const override { return false; }
+    QString translate(const char* context, const char* source, const char*, int) const override {
+        if (qstrcmp(context, "QMessageBox") != 0) return {};
+        if (qstrcmp(source, "Show Details...") == 0) return QStringLiteral("詳細(&D)");
+        if (qstrcmp(source, "Hide Details...") == 0) return QStringLiteral("詳細を隠す(&D)");
+        return {};
+    }
+};
+
+}  // namespace
 
 void ApplyLookAndFeel(QApplication& app) {
     QApplication::setApplicationName(QStringLiteral("ORIN"));
@@ -33,6 +49,8 @@ void ApplyLookAndFeel(QApplication& app) {
                          QLibraryInfo::path(QLibraryInfo::TranslationsPath))) {
         QApplication::installTranslator(translator);
     }
+    // Installed last, asked first.
+    QApplication::installTranslator(new DetailButtonTexts(&app));
 }
 
 }  // namespace orin::shell

@@ -12,6 +12,9 @@
 #include <thread>
 
 #include "base/RunContext.h"
+#include "base/Trace.h"
+#include "directory/DirectorySession.h"
+#include "platform/StopSignals.h"
 #include "shell/EventLogViewer.h"
 #include "shell/ShellSupport.h"
 #include "shell/frmLogin.h"
@@ -54,6 +57,7 @@ void WaitServingEvents(QThread* thread) {
 void RunOffWindowThread(const std::function<void()>& work) {
     std::exception_ptr failure;
     std::unique_ptr<QThread> worker(QThread::create([&] {
+        platform::BlockStopSignalsHere();  // no directory request is cut short by one
         try {
             work();
         } catch (...) {
@@ -113,12 +117,26 @@ DomainFields QtOperator::MainWindowDomainFields(OperationKind op) {
 
 MsgAnswer QtOperator::MessageBox(std::string_view title, std::string_view text, MsgIcon icon,
                                  MsgButtons buttons) {
+    return DetailedMessageBox(title, text, {}, icon, buttons);
+}
+
+MsgAnswer QtOperator::DetailedMessageBox(std::string_view title, std::string_view text,
+                                         std::string_view detail, MsgIcon icon,
+                                         MsgButtons buttons) {
     MsgAnswer answer = buttons == MsgButtons::YesNo ? MsgAnswer::No : MsgAnswer::Ok;
+    if (ending_) {
+        // Nobody is left to answer: a question is answered No, and the box goes to the trace.
+        WriteTrace(TraceMode, true, kTraceFunction, "MsgBox",
+                   std::string(title) + ": " + std::string(text) + " " + std::string(detail));
+        return answer;
+    }
     OnWindowThreadAndWait([&] {
         // A failed connection first takes its wait window away, then tells why.
         if (wait_ && wait_->role() == frmWait::Role::Connect) wait_->hide();
         QMessageBox box(BoxIcon(icon), Q(title), BoxText(text), QMessageBox::NoButton, Owner());
         box.setObjectName("MessageBox");
+        // The text stays as it is; the reason behind it waits under the "詳細" button.
+        if (!detail.empty()) box.setDetailedText(Q(detail));
         QPushButton* yes = nullptr;
         if (buttons == MsgButtons::YesNo) {
             yes = box.addButton(Q("はい(&Y)"), QMessageBox::YesRole);
@@ -189,7 +207,20 @@ void QtOperator::OpenEventLog(const std::filesystem::path& path) {
     }
 }
 
+void QtOperator::EndSession() {
+    if (ending_.exchange(true)) return;
+    if (progress_) gRun.intCancel = 1;
+    if (wait_ && wait_->role() == frmWait::Role::Collect) gRun.blnWaitCancelled = true;
+    if (progress_ && !progress_->runWorking()) progress_->accept();
+}
+
 void QtOperator::ShowLogin() {
+    if (ending_) {
+        gSession.LoginCancelled = true;
+        gSession.LoginFromMenu = false;
+        gSession.Connected = false;
+        return;
+    }
     OnWindowThreadAndWait([this] {
         frmLogin dialog(Owner());
         dialog.ShowModal();
@@ -227,16 +258,18 @@ void QtOperator::ShowProgress(const std::function<void()>& run) {
 
         std::exception_ptr failure;
         std::unique_ptr<QThread> worker(QThread::create([&] {
+            platform::BlockStopSignalsHere();
             try {
                 run();
             } catch (...) {
                 failure = std::current_exception();
             }
         }));
-        connect(worker.get(), &QThread::finished, &window, [&window] {
+        connect(worker.get(), &QThread::finished, &window, [this, &window] {
             window.SetRunWorking(false);
             // A run that ended without saying so still lets the operator close the window.
             window.SetCommandCaption(Q("OK"));
+            if (ending_) window.accept();
         });
         // The run starts once the window is on the screen.
         QTimer::singleShot(0, &window, [&worker] { worker->start(); });

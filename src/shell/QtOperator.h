@@ -10,6 +10,7 @@
 
 #include <QObject>
 #include <QPointer>
+#include <atomic>
 #include <filesystem>
 #include <functional>
 
@@ -35,6 +36,9 @@ class QtOperator final : public QObject, public Operator {
     DomainFields MainWindowDomainFields(OperationKind op) override;
     MsgAnswer MessageBox(std::string_view title, std::string_view text, MsgIcon icon,
                          MsgButtons buttons) override;
+    MsgAnswer DetailedMessageBox(std::string_view title, std::string_view text,
+                                 std::string_view detail, MsgIcon icon,
+                                 MsgButtons buttons) override;
     void SetProgressTitle(std::string_view caption) override;
     void SetStatus(std::string_view text, bool red) override;
     void SetCounterCaptions(std::string_view first, std::string_view second) override;
@@ -49,6 +53,13 @@ class QtOperator final : public QObject, public Operator {
     void ShowCollectWait(std::string_view title, const std::function<void()>& collect) override;
     void ShowProgress(const std::function<void()>& run) override;
     void HideProgress() override;
+
+    // The session ends under the program (SIGTERM, SIGHUP, Ctrl-C): the run in work stops at
+    // its next yield as Cancel stops it and writes its summary. From now on nobody answers: a
+    // question is answered No and a message goes to the trace, the login dialog counts as
+    // cancelled, and the progress window closes by itself once its run has ended.
+    void EndSession();
+    bool SessionEnding() const { return ending_; }
 
     // The progress window of the run in hand, or null between runs.
     frmProgress* progressWindow() const { return progress_; }
@@ -69,6 +80,7 @@ class QtOperator final : public QObject, public Operator {
     frmWait* wait_ = nullptr;
     Operator* previous_;
     double lastYield_ = 0;
+    std::atomic<bool> ending_{false};
 };
 
 // Runs `work` on a thread of its own while this (the window) thread keeps serving events, and

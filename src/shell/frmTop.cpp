@@ -11,6 +11,7 @@
 #include <QMenuBar>
 #include <QPushButton>
 #include <QTabWidget>
+#include <QTimer>
 #include <QUrl>
 #include <QVBoxLayout>
 #include <exception>
@@ -302,9 +303,34 @@ void frmTop::FilePathBoxLeft(OperationKind op) {
         page(op).txtFilePath->text();
 }
 
+void frmTop::EndSession() {
+    if (ending_) return;
+    ending_ = true;
+    CloseWhenIdle();
+}
+
+void frmTop::CloseWhenIdle() {
+    if (QWidget* modal = QApplication::activeModalWidget()) {
+        // frmProgress takes this as its Cancel, and closes once its run has ended.
+        if (auto* dialog = qobject_cast<QDialog*>(modal)) {
+            dialog->reject();
+        } else {
+            modal->close();
+        }
+    }
+    if (running_ || QApplication::activeModalWidget()) {
+        QTimer::singleShot(50, this, &frmTop::CloseWhenIdle);
+        return;
+    }
+    close();
+    QCoreApplication::quit();
+}
+
 void frmTop::StartRun(OperationKind op, RunMode mode) {
+    if (ending_) return;
     // The driver marks the run as a CSV run, trims the path and sets the mode flags.
     const auto kind = static_cast<ObjectKind>(CurrentObject - 1);
+    running_ = true;
     try {
         RunFromButton(kind, op, mode, S(page(op).txtFilePath->text()));
     } catch (const std::exception& error) {
@@ -313,6 +339,7 @@ void frmTop::StartRun(OperationKind op, RunMode mode) {
                                  std::string("処理が異常終了しました。\r") + error.what(),
                                  MsgIcon::Critical, MsgButtons::Ok);
     }
+    running_ = false;
 }
 
 void frmTop::OpenFile(OperationKind op) {

@@ -58,6 +58,11 @@ class frmTop : public QMainWindow {
     // A second start asked this instance to come forward.
     void BringToFront();
 
+    // The session ends under the program (shell/SessionEnd.h): once the run in work has ended
+    // and every modal window is gone (each closed as its Escape closes it), the window closes
+    // as the operator's close does, and the program ends.
+    void EndSession();
+
     // What the controls do.
     void SelectObject(int16_t object);  // an object button got the focus
     void StartRun(OperationKind op, RunMode mode);
@@ -83,6 +88,7 @@ class frmTop : public QMainWindow {
     // The Tab order: stabProc, the object buttons by their TabIndex, then the pages.
     void ApplyTabOrder();
     void DomainBoxLeft(QLineEdit* box, bool dns);
+    void CloseWhenIdle();
     void FilePathBoxLeft(OperationKind op);
 
     // The keyboard movement table (frmTopKeyboard.cpp). True when the key was acted on.
@@ -103,6 +109,8 @@ class frmTop : public QMainWindow {
     // in the Tab order, so that Shift+Tab from the box goes back to the button the operator
     // came from instead of selecting GPO links.
     bool addPathBoxFocused_ = false;
+    bool running_ = false;  // a run button's driver is working
+    bool ending_ = false;
 
     QMenu* mnuFile_ = nullptr;
     QAction* mnuFileOpen_ = nullptr;

@@ -6,6 +6,7 @@
 #include "run/RegisterEngines.h"
 #include "shell/LookAndFeel.h"
 #include "shell/QtOperator.h"
+#include "shell/SessionEnd.h"
 #include "shell/SingleInstance.h"
 #include "shell/frmTop.h"
 
@@ -23,6 +24,7 @@ int main(int argc, char* argv[]) {
     orin::RegisterAllEngines();
     orin::shell::frmTop window;
     orin::shell::QtOperator screen(&window);
+    new orin::shell::SessionEnd(window, screen);  // owned by the window
     QObject::connect(&instance, &orin::shell::SingleInstance::comeForwardRequested, &window,
                      &orin::shell::frmTop::BringToFront);
     window.Load();

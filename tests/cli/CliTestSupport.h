@@ -4,7 +4,9 @@
 // given.
 
 #include <gtest/gtest.h>
+#include <spawn.h>
 #include <sys/wait.h>
+#include <unistd.h>
 
 #include <cstdlib>
 #include <filesystem>
@@ -35,21 +37,44 @@ inline std::string CliPath() {
     return std::string(ORIN_BINARY_DIR) + "/bin/orin-cli";
 }
 
-inline CliResult RunCli(const std::filesystem::path& home, const std::vector<std::string>& args,
-                        const std::map<std::string, std::string>& env = {}) {
-    std::string command = "env -u ORIN_PASSWORD ORIN_HOME=" + ShellQuote(home.string());
+// The shell command that runs orin-cli so, its output going to cli.out and cli.err in `home`.
+inline std::string CliCommand(const std::filesystem::path& home,
+                              const std::vector<std::string>& args,
+                              const std::map<std::string, std::string>& env) {
+    std::string command = "exec env -u ORIN_PASSWORD ORIN_HOME=" + ShellQuote(home.string());
     for (const auto& [name, value] : env) command += " " + name + "=" + ShellQuote(value);
     command += " " + ShellQuote(CliPath());
     for (const std::string& arg : args) command += " " + ShellQuote(arg);
-    const std::filesystem::path out = home / "cli.out";
-    const std::filesystem::path err = home / "cli.err";
-    command += " </dev/null >" + ShellQuote(out.string()) + " 2>" + ShellQuote(err.string());
-    const int raw = std::system(command.c_str());
+    return command + " </dev/null >" + ShellQuote((home / "cli.out").string()) + " 2>" +
+           ShellQuote((home / "cli.err").string());
+}
+
+inline CliResult CliResultOf(const std::filesystem::path& home, int raw) {
     CliResult result;
     result.status = WIFEXITED(raw) ? WEXITSTATUS(raw) : -1;
-    result.out = ReadBytes(out);
-    result.err = ReadBytes(err);
+    result.out = ReadBytes(home / "cli.out");
+    result.err = ReadBytes(home / "cli.err");
     return result;
+}
+
+inline CliResult RunCli(const std::filesystem::path& home, const std::vector<std::string>& args,
+                        const std::map<std::string, std::string>& env = {}) {
+    return CliResultOf(home, std::system(CliCommand(home, args, env).c_str()));
+}
+
+// Starts orin-cli as RunCli runs it, without waiting: the process id is orin-cli's own.
+inline pid_t StartCli(const std::filesystem::path& home, const std::vector<std::string>& args) {
+    const std::string command = CliCommand(home, args, {});
+    const char* argv[] = {"sh", "-c", command.c_str(), nullptr};
+    pid_t pid = -1;
+    posix_spawn(&pid, "/bin/sh", nullptr, nullptr, const_cast<char**>(argv), environ);
+    return pid;
+}
+
+inline CliResult WaitCli(const std::filesystem::path& home, pid_t pid) {
+    int raw = 0;
+    waitpid(pid, &raw, 0);
+    return CliResultOf(home, raw);
 }
 
 // The lines of stdout.

@@ -1,8 +1,10 @@
 // ConnectLocal and ConnectRemote against the test DC: what a success leaves in the session,
 // and the exact box each kind of failure shows.
 
+#include <arpa/inet.h>
 #include <gtest/gtest.h>
 #include <sys/socket.h>
+#include <unistd.h>
 
 #include <chrono>
 #include <cstdlib>
@@ -11,6 +13,7 @@
 #include "directory/Bind.h"
 #include "directory/Connect.h"
 #include "directory/DirectorySession.h"
+#include "kerberos/TcpRelay.h"
 #include "platform/LdapConnection.h"
 #include "support/ScriptedOperator.h"
 #include "support/TestDc.h"
@@ -33,8 +36,9 @@ class Connect : public ::testing::Test {
     }
 
     // Runs the connect routine of the method and expects the one failure box, well within the
-    // timeouts, and no connection left behind.
-    static void ExpectFailure(ConnectMethod method, const std::string& text) {
+    // timeouts, and no connection left behind. The box's detail holds `why`.
+    static void ExpectFailure(ConnectMethod method, const std::string& text,
+                              const std::string& why = "") {
         ScriptedOperator op;
         auto start = std::chrono::steady_clock::now();
         method == ConnectMethod::Local ? ConnectLocal() : ConnectRemote();
@@ -46,6 +50,7 @@ class Connect : public ::testing::Test {
         EXPECT_EQ(op.boxes[0].title, "ﾄﾞﾒｲﾝ接続");
         EXPECT_EQ(op.boxes[0].text, text);
         EXPECT_EQ(op.boxes[0].icon, MsgIcon::Critical);
+        EXPECT_NE(op.boxes[0].detail.find(why), std::string::npos) << op.boxes[0].detail;
     }
 };
 
@@ -118,38 +123,47 @@ TEST_F(Connect, RemoteVariantsThatConnect) {
     }
 }
 
-TEST_F(Connect, FailuresShowTheirBoxAndLeaveNoSession) {
+// Each failure shows the same fixed box; its detail says why.
+TEST_F(Connect, FailuresShowTheirBoxAndSayWhyAndLeaveNoSession) {
     // A failure also clears the session of an earlier success.
     ASSERT_TRUE(ConnectTestDc(ConnectMethod::Remote));
     gSession.Password = "wrong-password";
-    ExpectFailure(ConnectMethod::Remote, kRemoteFailed + kDns);
+    ExpectFailure(ConnectMethod::Remote, kRemoteFailed + kDns,
+                  "bind as Administrator@orin.test: result 49 Invalid credentials: ");
 
     struct Case {
         ConnectMethod method;
         Change change;
         std::string detail;
+        std::string why;
     };
     const auto remote = ConnectMethod::Remote, local = ConnectMethod::Local;
+    const std::string untrusted = "certificate not trusted: ";
     const Case cases[] = {
-        {remote, {&DirectorySession::Password, ""}, kDns},
-        {remote, {&DirectorySession::DomainNetBIOSName, "OTHER"}, kNetBios},
-        {local, {&DirectorySession::DomainNetBIOSName, "OTHER"}, kNetBios},
-        {local, {&DirectorySession::DomainDNSName, "nosuch.invalid"}, kDns},
-        {remote, {&DirectorySession::DomainDN, "DC=other,DC=test"}, kDns},  // not on the server
-        {remote, {&DirectorySession::DcComputerName, "nosuch.invalid"}, kDns},
+        {remote, {&DirectorySession::Password, ""}, kDns, "empty password refused"},
+        {remote, {&DirectorySession::DomainNetBIOSName, "OTHER"}, kNetBios, "is not OTHER"},
+        {local, {&DirectorySession::DomainNetBIOSName, "OTHER"}, kNetBios, "is not OTHER"},
+        {local, {&DirectorySession::DomainDNSName, "nosuch.invalid"}, kDns, "nosuch.invalid"},
+        {remote, {&DirectorySession::DomainDN, "DC=other,DC=test"}, kDns, "DC=other"},
+        {remote, {&DirectorySession::DcComputerName, "nosuch.invalid"}, kDns, "nosuch.invalid"},
         // A name that can't make a URI at all is the "LDAP:" provider's failure.
-        {remote, {&DirectorySession::DcComputerName, "bad name"}, kProvider},
-        {remote, {&DirectorySession::DcComputerName, ""}, kProvider},
+        {remote, {&DirectorySession::DcComputerName, "bad name"}, kProvider, "bad name"},
+        {remote, {&DirectorySession::DcComputerName, ""}, kProvider, "no domain controller"},
         // The DC's certificate is signed by its own CA, which the system store doesn't hold.
-        {remote, {&DirectorySession::CaFile, ""}, kDns},
+        {remote,
+         {&DirectorySession::CaFile, ""},
+         kDns,
+         untrusted + "orindc.orin.test:636, checked for that name against the system trust store "
+                     "(use --ca-file or LDAPTLS_CACERT)"},
         // Reached by address, the certificate (issued to the host name) does not match.
-        {remote, {&DirectorySession::DcComputerName, "127.0.0.1"}, kDns},
+        {remote, {&DirectorySession::DcComputerName, "127.0.0.1"}, kDns, untrusted + "127.0.0.1"},
     };
     for (const Case& c : cases) {
         SCOPED_TRACE(c.change.value);
         PrepareSession(c.method);
         gSession.*c.change.field = c.change.value;
-        ExpectFailure(c.method, (c.method == local ? kLocalFailed : kRemoteFailed) + c.detail);
+        ExpectFailure(c.method, (c.method == local ? kLocalFailed : kRemoteFailed) + c.detail,
+                      c.why);
     }
 
     // No Kerberos ticket in the cache.
@@ -157,8 +171,37 @@ TEST_F(Connect, FailuresShowTheirBoxAndLeaveNoSession) {
     const std::string empty = TestDc().dir + "/no-ticket-" + std::to_string(getpid());
     std::ofstream(empty).close();
     setenv("KRB5CCNAME", ("FILE:" + empty).c_str(), 1);
-    ExpectFailure(local, kLocalFailed + kDns);
+    ExpectFailure(local, kLocalFailed + kDns, "GSSAPI");
     std::remove(empty.c_str());
+}
+
+// A DC whose LDAPS port takes the connection and says nothing, and one that offers no TLS
+// (LDAPS closes at once, port 389 answers), where a simple bind would have to go in clear.
+TEST_F(Connect, ASilentPortAndADcWithoutTlsSayWhy) {
+    ASSERT_EQ(getuid(), 0u) << "ports below 1024 need root, as the test DC does";
+    const int silent = socket(AF_INET, SOCK_STREAM, 0);
+    sockaddr_in at{};
+    at.sin_family = AF_INET;
+    at.sin_port = htons(636);
+    inet_pton(AF_INET, "127.0.0.7", &at.sin_addr);
+    ASSERT_EQ(bind(silent, reinterpret_cast<sockaddr*>(&at), sizeof at), 0);
+    ASSERT_EQ(listen(silent, 4), 0);
+    PrepareSession(ConnectMethod::Remote);
+    gSession.DcComputerName = "127.0.0.7";
+    gSession.RemoteAuthentication = RemoteAuth::TlsOnly;
+    gSession.NetworkTimeoutSeconds = 2;
+    ExpectFailure(ConnectMethod::Remote, kRemoteFailed + kDns,
+                  "no answer from 127.0.0.7:636 within 2 s");
+    close(silent);
+
+    TcpRelay ldaps("127.0.0.8", 636, 0), ldap("127.0.0.8", 389, 389);
+    ASSERT_TRUE(ldaps.ok() && ldap.ok());
+    PrepareSession(ConnectMethod::Remote);
+    gSession.DcComputerName = "127.0.0.8";
+    gSession.RemoteAuthentication = RemoteAuth::TlsOnly;
+    ExpectFailure(ConnectMethod::Remote, kRemoteFailed + kDns,
+                  "), and a simple bind without it is refused (use --auth kerberos)");
+    EXPECT_LE(ldap.FromClients().size(), 7u);  // at most an unbind went in clear
 }
 
 TEST_F(Connect, ADroppedConnectionIsOpenedAgain) {

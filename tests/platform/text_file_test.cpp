@@ -44,16 +44,23 @@ TEST(Cp932, KnownBytesBothWays) {
     }
 }
 
-TEST(Cp932, BadBytesBecomeReplacementCharactersAndDecodingGoesOn) {
-    // 0x81 0x20 is a lead byte without a valid trail; 0xFF is never valid; a lone lead byte at
-    // the end is truncated.
-    std::string decoded =
-        Cp932ToUtf8(std::string("a\x81 b\xFF"
-                                "c\x82",
-                                7));
-    EXPECT_EQ(decoded,
-              "a\xEF\xBF\xBD b\xEF\xBF\xBD"
-              "c\xEF\xBF\xBD");
+TEST(Cp932, BadBytesAreReportedNeverReplaced) {
+    // A lead byte without a valid trail, a byte that is never valid, a lead byte cut off by the
+    // end; a user-defined character is valid.
+    const std::vector<std::pair<std::string, size_t>> bad = {{"a\x81 b", 1},
+                                                             {"ab\xFF", 2},
+                                                             {"\x82\xA0"
+                                                              "c\x82",
+                                                              3},
+                                                             {"\x85\x40", 0}};
+    for (const auto& [bytes, offset] : bad) {
+        size_t at = 99;
+        EXPECT_FALSE(DecodeCp932(bytes, &at).has_value()) << bytes;
+        EXPECT_EQ(at, offset) << bytes;
+    }
+    EXPECT_EQ(DecodeCp932("\xF0\x40").value_or(""), "\xEE\x80\x80");
+    // For showing only: each bad byte visible as itself.
+    EXPECT_EQ(Cp932ToUtf8("a\x81 b\xFF\x82\xA0"), "a\\x81 b\\xFFあ");
 }
 
 TEST(Cp932, CharactersOutsideCp932AndBadUtf8BecomeQuestionMarks) {
@@ -81,6 +88,24 @@ TEST(LineReader, FileEndingWithLineEndHasNoExtraLineAndEmptyFileHasNone) {
     WriteBytes(p, "");
     ASSERT_TRUE(ReadAllLines(p, lines));
     EXPECT_TRUE(lines.empty());
+}
+
+TEST(LineReader, ALineThatIsNotCp932TextEndsTheReadingAndIsNamed) {
+    fs::path p = TempFile("damaged.csv");
+    for (const std::string& second : {std::string("b\x81 "), std::string("b\0c", 3)}) {
+        WriteBytes(p, "a\r\n" + second + "\r\nafter\r\n");
+        LineReader reader(p);
+        std::string line;
+        EXPECT_TRUE(reader.ReadLine(line));
+        EXPECT_FALSE(reader.ReadLine(line));
+        EXPECT_FALSE(reader.ReadLine(line));
+        EXPECT_EQ(reader.BadLine(), 2);
+        EXPECT_EQ(FirstLineNotCp932(p), 2);
+        std::vector<std::string> lines;
+        EXPECT_FALSE(ReadAllLines(p, lines));
+    }
+    WriteBytes(p, "a\r\n\x82\xA0\r\n");
+    EXPECT_EQ(FirstLineNotCp932(p), 0);
 }
 
 TEST(LineReader, MissingFileAndFolderDoNotOpen) {

@@ -2,6 +2,7 @@
 
 #include <cstdlib>
 #include <filesystem>
+#include <fstream>
 #include <string>
 #include <vector>
 
@@ -99,6 +100,27 @@ TEST_F(OrinIniTest, FirstStartWritesTheDefaultFileAndReadsItsDefaults) {
     WriteIni({"UserName=kept"});
     CreateDefaultIni();
     EXPECT_EQ(IniLines(), Lines{"UserName=kept"});
+}
+
+TEST_F(OrinIniTest, ADamagedFileIsNotReadButKeptAsideAndReplacedByTheDefaults) {
+    SetSettings({"stale.example", "", "", "", "remote", "true"});
+    const std::string damaged =
+        "DomainDNSName=corp.example\r\nDcComputerName=dc1\r\n"
+        "UserName=\x81 x\r\nMethod=remote\r\n";
+    std::ofstream(Ini(), std::ios::binary) << damaged;
+    ReadIni();
+
+    ExpectBoxes(kIniError, {"iniﾌｧｲﾙの3行目にCP932(Shift_JIS)ではない文字があります！\r"
+                            "既定値のOrin.iniを作り直しました。元のﾌｧｲﾙはOrin_bad.iniに残して"
+                            "あります。"});
+    EXPECT_EQ(Settings(), (Lines{"", "", "", "", "local", "false"}));
+    EXPECT_EQ(ReadBytes(home_ / "Orin_bad.ini"), damaged);
+    EXPECT_EQ(IniLines().size(), 11u);
+    // What the session holds goes into the new file at the end.
+    gSession.UserName = "admin";
+    UpdateIni();
+    EXPECT_TRUE(op_.boxes.empty());
+    EXPECT_EQ(IniLines()[6], "UserName=admin\t\t\t;ドメイン接続時ログオンするユーザー名");
 }
 
 TEST_F(OrinIniTest, NotFoundValueDrawsTheMessageAndLeavesTheField) {

@@ -55,6 +55,7 @@ class ModalPlayer {
     struct Box {
         QString title;
         QString text;
+        QString detail;  // what the box keeps under its "詳細" button
     };
 
     ModalPlayer() {
@@ -79,7 +80,9 @@ class ModalPlayer {
             return;
         }
         if (auto* box = qobject_cast<QMessageBox*>(modal)) {
-            if (box != recorded_) boxes.push_back({box->windowTitle(), box->text()});
+            if (box != recorded_) {
+                boxes.push_back({box->windowTitle(), box->text(), box->detailedText()});
+            }
             recorded_ = box;
         }
         if (onModal && onModal(modal)) done_ = modal;

@@ -28,6 +28,14 @@ MsgAnswer ScriptedOperator::MessageBox(std::string_view title, std::string_view 
     return answer;
 }
 
+MsgAnswer ScriptedOperator::DetailedMessageBox(std::string_view title, std::string_view text,
+                                               std::string_view detail, MsgIcon icon,
+                                               MsgButtons buttons) {
+    const MsgAnswer answer = MessageBox(title, text, icon, buttons);
+    boxes.back().detail = detail;
+    return answer;
+}
+
 void ScriptedOperator::SetProgressTitle(std::string_view caption) {
     progressTitle = caption;
 }

@@ -17,6 +17,7 @@ struct ShownBox {
     MsgIcon icon;
     MsgButtons buttons;
     MsgAnswer answer;
+    std::string detail = {};  // what a detailed box keeps behind its text
 };
 
 class ScriptedOperator : public Operator {
@@ -61,6 +62,9 @@ class ScriptedOperator : public Operator {
     DomainFields MainWindowDomainFields(OperationKind) override { return domainFields; }
     MsgAnswer MessageBox(std::string_view title, std::string_view text, MsgIcon icon,
                          MsgButtons buttons) override;
+    MsgAnswer DetailedMessageBox(std::string_view title, std::string_view text,
+                                 std::string_view detail, MsgIcon icon,
+                                 MsgButtons buttons) override;
     void SetProgressTitle(std::string_view caption) override;
     void SetStatus(std::string_view text, bool red) override;
     void SetCounterCaptions(std::string_view first, std::string_view second) override;
