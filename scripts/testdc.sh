@@ -2,10 +2,16 @@
 # The project's test and demo domain controller: a Samba AD DC provisioned in a scratch
 # folder and served on loopback only.
 #
-#   scripts/testdc.sh start    provision and start it (stops one left behind first)
-#   scripts/testdc.sh stop     stop it, remove its folder and its /etc/hosts entry
-#   scripts/testdc.sh status   say whether it runs (exit 0) or not (exit 1)
-#   scripts/testdc.sh env      print the shell exports that tests and tools need
+#   scripts/testdc.sh start [2]   provision and start it (stops one left behind first)
+#   scripts/testdc.sh stop [2]    stop it, remove its folder and its /etc/hosts entry
+#   scripts/testdc.sh status [2]  say whether it runs (exit 0) or not (exit 1)
+#   scripts/testdc.sh env [2]     print the shell exports that tests and tools need
+#
+# "2" names a second DC of another domain (realm ORIN2.TEST, DNS domain orin2.test, NetBIOS
+# ORIN2, DC orindc2.orin2.test on 127.0.0.2, folder /tmp/orin-testdc2), for copying a domain
+# into another. It runs beside the first: its daemons live in a mount namespace of their own
+# with a private /run/samba, since the file server finds its winbind through a fixed path
+# there whatever smb.conf says.
 #
 # With ORIN_TESTDC_REUSE=1, `start` leaves a DC that already answers as it is and `stop` does
 # nothing: several test runs (working trees, a developer's shell) can then share one DC, each
@@ -26,18 +32,23 @@
 set -euo pipefail
 
 # --- The constants of the test domain (tests/support/TestDc reads them from testdc.env) ---
-REALM=ORIN.TEST
-DNS_DOMAIN=orin.test
-NETBIOS_DOMAIN=ORIN
-DC_HOST=orindc
+INSTANCE=${2:-1}
+case "$INSTANCE" in
+    1) SUFFIX="" IP=127.0.0.1 DIR=${ORIN_TESTDC_DIR:-/tmp/orin-testdc} ;;
+    2) SUFFIX=2 IP=127.0.0.2 DIR=${ORIN_TESTDC2_DIR:-/tmp/orin-testdc2} ;;
+    *) echo "testdc: the second argument is 1 or 2" >&2; exit 2 ;;
+esac
+REALM=ORIN$SUFFIX.TEST
+DNS_DOMAIN=orin$SUFFIX.test
+NETBIOS_DOMAIN=ORIN$SUFFIX
+DC_HOST=orindc$SUFFIX
 DC_FQDN=${DC_HOST}.${DNS_DOMAIN}
 ADMIN_USER=Administrator
 ADMIN_PASSWORD='Orin-Admin-Pass1'
 HOME_SHARE=orinhome
-HOSTS_MARK="# orin-testdc"
+HOSTS_MARK="# orin-testdc$SUFFIX"
 START_TIMEOUT=${ORIN_TESTDC_START_TIMEOUT:-120}  # seconds to wait for LDAPS to answer
 
-DIR=${ORIN_TESTDC_DIR:-/tmp/orin-testdc}
 PIDFILE=$DIR/run/samba.pid
 CONF=$DIR/etc/smb.conf
 CAFILE=$DIR/private/tls/ca.pem
@@ -74,14 +85,14 @@ running_pid() {
 # /etc/hosts may be a bind mount: rewrite it in place rather than replacing the file.
 hosts_remove() {
     local kept
-    grep -q -- "$HOSTS_MARK" /etc/hosts 2>/dev/null || return 0
-    kept=$(grep -v -- "$HOSTS_MARK" /etc/hosts)
+    grep -q -- "$HOSTS_MARK\$" /etc/hosts 2>/dev/null || return 0
+    kept=$(grep -v -- "$HOSTS_MARK\$" /etc/hosts)
     printf '%s\n' "$kept" >/etc/hosts
 }
 
 hosts_add() {
     hosts_remove
-    printf '127.0.0.1 %s %s %s %s\n' "$DC_FQDN" "$DC_HOST" "$DNS_DOMAIN" "$HOSTS_MARK" >>/etc/hosts
+    printf '%s %s %s %s %s\n' "$IP" "$DC_FQDN" "$DC_HOST" "$DNS_DOMAIN" "$HOSTS_MARK" >>/etc/hosts
 }
 
 stop_dc() {
@@ -97,6 +108,7 @@ stop_dc() {
         kill -0 "$pid" 2>/dev/null && kill -9 "$pid" 2>/dev/null || true
     fi
     hosts_remove
+    if [ "$INSTANCE" != 1 ]; then ip addr del "$IP/8" dev lo 2>/dev/null || true; fi
     case "$DIR" in
         /|"") die "refusing to remove folder '$DIR'" ;;
     esac
@@ -114,8 +126,8 @@ write_krb5_conf() {
 
 [realms]
     $REALM = {
-        kdc = 127.0.0.1
-        admin_server = 127.0.0.1
+        kdc = $IP
+        admin_server = $IP
     }
 
 [domain_realm]
@@ -160,7 +172,7 @@ start_dc() {
     samba-tool domain provision --targetdir="$DIR" --realm="$REALM" --domain="$NETBIOS_DOMAIN" \
         --server-role=dc --dns-backend=NONE --use-rfc2307 --host-name="$DC_HOST" \
         --adminpass="$ADMIN_PASSWORD" \
-        --option="interfaces=lo" --option="bind interfaces only=yes" \
+        --option="interfaces=$IP" --option="bind interfaces only=yes" \
         --option="pid directory=$DIR/run" \
         --option="log file=$DIR/samba.log" >"$DIR/provision.log" 2>&1 ||
         { tail -n 20 "$DIR/provision.log" >&2; die "provisioning failed (log: $DIR/provision.log)"; }
@@ -178,7 +190,16 @@ EOF
 
     log "starting samba"
     # The daemon must not inherit the lock's descriptor: it would hold the lock for its life.
-    samba -D -s "$CONF" 9>&- || die "samba did not start (log: $DIR/samba.log)"
+    if [ "$INSTANCE" = 1 ]; then
+        samba -D -s "$CONF" 9>&- || die "samba did not start (log: $DIR/samba.log)"
+    else
+        mkdir -p "$DIR/run-samba"
+        # Samba binds only to addresses an interface holds.
+        ip -4 addr show dev lo | grep -q "inet $IP/" || ip addr add "$IP/8" dev lo
+        unshare -m --propagation private sh -c \
+            'mount --bind "$1" /run/samba && exec samba -D -s "$2"' sh "$DIR/run-samba" "$CONF" \
+            9>&- || die "samba did not start (log: $DIR/samba.log)"
+    fi
 
     for i in $(seq 1 "$START_TIMEOUT"); do
         if ldaps_answers; then break; fi
